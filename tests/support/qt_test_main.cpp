@@ -1,0 +1,16 @@
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <cstdlib>
+
+#include "temp_device_root.h"
+
+// Qt tests run with an application object on the offscreen platform, and a device root of their own.
+int main(int argc, char **argv) {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  setenv("QT_QUICK_BACKEND", "software", 0);
+  ::testing::InitGoogleTest(&argc, argv);
+  lumenpress::testing::TempDeviceRoot root;
+  QGuiApplication app(argc, argv);
+  return RUN_ALL_TESTS();
+}
