@@ -1,0 +1,367 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "device_path.h"
+#include "panelkit.h"
+
+using lumenpress::platform::MapDevicePath;
+namespace fs = std::filesystem;
+
+namespace {
+
+// A file of each test's own, so that the cases also run one after another in one process.
+std::string testFile() {
+  return std::string("/mnt/ext1/system/config/") + ::testing::UnitTest::GetInstance()->current_test_info()->name() +
+         ".cfg";
+}
+
+std::string readFile(const std::string &device_path) {
+  std::ifstream in(MapDevicePath(device_path), std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+void writeFile(const std::string &device_path, const std::string &content) {
+  std::ofstream(MapDevicePath(device_path), std::ios::binary) << content;
+}
+
+// One whole version of a large file: every key carries the version's tag.
+void writeVersion(lpconfig *cfg, char tag, int keys) {
+  for (int i = 0; i < keys; ++i) {
+    const std::string key = "key" + std::to_string(i);
+    WriteString(cfg, key.c_str(), (std::string(200, tag) + "=\n\\" + std::to_string(i)).c_str());
+  }
+  WriteSecret(cfg, "token", std::string(64, tag).c_str());
+}
+
+// The file's bytes after saving the given version from scratch.
+std::string versionBytes(char tag, int keys) {
+  const std::string path = std::string("/tmp/version-") + tag + ".cfg";
+  fs::remove(MapDevicePath(path));
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  writeVersion(cfg, tag, keys);
+  EXPECT_EQ(CloseConfig(cfg), 0);
+  return readFile(path);
+}
+
+std::string orNull(const char *text) {
+  return text ? text : "<null>";
+}
+
+std::vector<std::string> strayTemporaries(const std::string &device_folder) {
+  std::vector<std::string> names;
+  for (const auto &entry : fs::directory_iterator(MapDevicePath(device_folder))) {
+    const std::string name = entry.path().filename().string();
+    if (name.find(".tmp.") != std::string::npos) names.push_back(name);
+  }
+  return names;
+}
+
+}  // namespace
+
+TEST(ConfigFile, OddValuesAndSecretsSurviveCloseAndReopen) {
+  const std::string path = testFile();
+  const std::vector<std::pair<std::string, std::string>> values = {
+      {"equals", "a=b==c="},
+      {"newlines", "line1\nline2\n"},
+      {"carriage", "one\r\ntwo\r"},
+      {"backslashes", "C:\\path\\"},
+      {"escaped_n_literally", "\\n is not a newline \\\\n"},
+      {"secret_marker_lookalike", "\\sQUJD"},
+      {"utf8", "Grüße – 日本"},
+      {"empty", ""},
+      {"spaces", "  padded  "},
+      {"long", std::string(100000, 'x') + "end"},
+  };
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  ASSERT_NE(cfg, nullptr);
+  for (const auto &[key, value] : values) {
+    WriteString(cfg, key.c_str(), value.c_str());
+    WriteSecret(cfg, ("secret_" + key).c_str(), value.c_str());
+  }
+  ASSERT_EQ(CloseConfig(cfg), 0);
+
+  cfg = OpenConfig(path.c_str(), 0);
+  ASSERT_NE(cfg, nullptr);
+  EXPECT_EQ(GetConfigKeyCount(cfg), static_cast<int>(values.size() * 2));
+  for (const auto &[key, value] : values) {
+    EXPECT_EQ(orNull(ReadString(cfg, key.c_str(), nullptr)), value) << key;
+    EXPECT_EQ(orNull(ReadSecret(cfg, key.c_str(), nullptr)), value) << "plain value read as secret: " << key;
+    EXPECT_EQ(orNull(ReadSecret(cfg, ("secret_" + key).c_str(), nullptr)), value) << key;
+  }
+  // A secret read as a string gives its protected form, never the secret.
+  EXPECT_STRNE(ReadString(cfg, "secret_utf8", nullptr), "Grüße – 日本");
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, SecretIsNotStoredInClearText) {
+  const std::string path = testFile();
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  WriteSecret(cfg, "sac_access_token", "eyJhbGciOiJIUzI1NiJ9.payload.signature");
+  ASSERT_EQ(CloseConfig(cfg), 0);
+  const std::string content = readFile(path);
+  EXPECT_EQ(content.find("eyJhbGciOiJIUzI1NiJ9"), std::string::npos) << content;
+  EXPECT_EQ(content.find("payload"), std::string::npos) << content;
+}
+
+TEST(ConfigFile, HandWrittenFileKeepsGoodLinesAndOrder) {
+  const std::string path = testFile();
+  writeFile(path,
+            "# comment=not a key\n"
+            "\n"
+            "zeta=last letter\r\n"
+            "no equals sign here\n"
+            "=no key\n"
+            "   \n"
+            "alpha= spaced value \n"
+            "broken_secret=\\s!!!notbase64\n"
+            "url=https://x.test/?a=1&b=2\n"
+            "unknown_escape=a\\tb\\\n"
+            "zeta=replaced");
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  ASSERT_NE(cfg, nullptr);
+  ASSERT_EQ(GetConfigKeyCount(cfg), 4);
+  EXPECT_STREQ(GetConfigKey(cfg, 0), "zeta");
+  EXPECT_STREQ(GetConfigKey(cfg, 1), "alpha");
+  EXPECT_STREQ(GetConfigKey(cfg, 2), "url");
+  EXPECT_STREQ(GetConfigKey(cfg, 3), "unknown_escape");
+  EXPECT_EQ(GetConfigKey(cfg, 4), nullptr);
+  EXPECT_EQ(GetConfigKey(cfg, -1), nullptr);
+  EXPECT_STREQ(ReadString(cfg, "zeta", ""), "replaced");
+  EXPECT_STREQ(ReadString(cfg, "alpha", ""), " spaced value ");
+  EXPECT_STREQ(ReadString(cfg, "url", ""), "https://x.test/?a=1&b=2");
+  EXPECT_STREQ(ReadString(cfg, "unknown_escape", ""), "a\\tb\\");
+
+  WriteString(cfg, "beta", "new");
+  DeleteConfigKey(cfg, "alpha");
+  ASSERT_EQ(SaveConfig(cfg), 0);
+  CloseConfigNoSave(cfg);
+  EXPECT_EQ(readFile(path), "zeta=replaced\nurl=https://x.test/?a=1&b=2\nunknown_escape=a\\\\tb\\\\\nbeta=new\n");
+}
+
+TEST(ConfigFile, KeysTheFormatCannotHoldAreRefused) {
+  const std::string path = testFile();
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  for (const char *key : {"", "a=b", "line\nbreak", "cr\rkey", "#comment"}) WriteString(cfg, key, "v");
+  WriteSecret(cfg, "a=b", "v");
+  EXPECT_EQ(GetConfigKeyCount(cfg), 0);
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, ReadOnlyModeRefusesWritesAndMissingFileGivesNull) {
+  const std::string path = testFile();
+  EXPECT_EQ(OpenConfig("/mnt/ext1/system/config/missing.cfg", 0), nullptr);
+  EXPECT_EQ(OpenConfig(MapDevicePath("/mnt/ext1/system/config").c_str(), 0), nullptr) << "a folder is no file";
+  EXPECT_EQ(OpenConfig(path.c_str(), 2), nullptr);
+
+  writeFile(path, "email=a@b.test\n");
+  lpconfig *cfg = OpenConfig(path.c_str(), 0);
+  ASSERT_NE(cfg, nullptr);
+  WriteString(cfg, "email", "other@b.test");
+  WriteInt(cfg, "n", 1);
+  WriteSecret(cfg, "s", "x");
+  DeleteConfigKey(cfg, "email");
+  EXPECT_STREQ(ReadString(cfg, "email", ""), "a@b.test");
+  EXPECT_EQ(GetConfigKeyCount(cfg), 1);
+  EXPECT_NE(SaveConfig(cfg), 0);
+  CloseConfigNoSave(cfg);
+  EXPECT_EQ(readFile(path), "email=a@b.test\n");
+}
+
+TEST(ConfigFile, ReadWriteModeStartsEmptyAndCreatesFolders) {
+  const char path[] = "/mnt/ext1/system/config/audiobooks/deeper/audiobooks.cfg";
+  lpconfig *cfg = OpenConfig(path, 1);
+  ASSERT_NE(cfg, nullptr);
+  EXPECT_EQ(GetConfigKeyCount(cfg), 0);
+  EXPECT_EQ(ReadString(cfg, "path", nullptr), nullptr);
+  EXPECT_STREQ(ReadString(cfg, "path", "/mnt/ext1/Audio Books"), "/mnt/ext1/Audio Books");
+  WriteString(cfg, "path", "/mnt/ext1/Books");
+  ASSERT_EQ(CloseConfig(cfg), 0);
+  EXPECT_EQ(readFile(path), "path=/mnt/ext1/Books\n");
+}
+
+TEST(ConfigFile, ReadIntTakesDecimalNumbersOnly) {
+  const std::string path = testFile();
+  writeFile(path,
+            "plain=42\nnegative=-17\nplus=+8\nleading=  12\ntrailing=12  \nmax=2147483647\nmin=-2147483648\n"
+            "over=2147483648\nunder=-2147483649\nhuge=99999999999999999999\nword=abc\nmixed=12abc\n"
+            "hex=0x10\nempty=\nspaces=   \nfraction=1.5\n");
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  EXPECT_EQ(ReadInt(cfg, "plain", -1), 42);
+  EXPECT_EQ(ReadInt(cfg, "negative", -1), -17);
+  EXPECT_EQ(ReadInt(cfg, "plus", -1), 8);
+  EXPECT_EQ(ReadInt(cfg, "leading", -1), 12);
+  EXPECT_EQ(ReadInt(cfg, "trailing", -1), 12);
+  EXPECT_EQ(ReadInt(cfg, "max", -1), 2147483647);
+  EXPECT_EQ(ReadInt(cfg, "min", -1), -2147483647 - 1);
+  for (const char *bad : {"over", "under", "huge", "word", "mixed", "hex", "empty", "spaces", "fraction", "absent"})
+    EXPECT_EQ(ReadInt(cfg, bad, 7), 7) << bad;
+  WriteInt(cfg, "written", -5);
+  EXPECT_EQ(ReadInt(cfg, "written", 0), -5);
+  EXPECT_STREQ(ReadString(cfg, "written", ""), "-5");
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, NullHandlesAndKeysAreHarmless) {
+  const std::string path = testFile();
+  EXPECT_EQ(OpenConfig(nullptr, 1), nullptr);
+  EXPECT_STREQ(ReadString(nullptr, "k", "d"), "d");
+  EXPECT_EQ(ReadInt(nullptr, "k", 3), 3);
+  EXPECT_STREQ(ReadSecret(nullptr, "k", "d"), "d");
+  WriteString(nullptr, "k", "v");
+  WriteInt(nullptr, "k", 1);
+  WriteSecret(nullptr, "k", "v");
+  DeleteConfigKey(nullptr, "k");
+  EXPECT_NE(SaveConfig(nullptr), 0);
+  EXPECT_NE(CloseConfig(nullptr), 0);
+  CloseConfigNoSave(nullptr);
+  EXPECT_EQ(GetConfigKeyCount(nullptr), 0);
+  EXPECT_EQ(GetConfigKey(nullptr, 0), nullptr);
+
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  EXPECT_STREQ(ReadString(cfg, nullptr, "d"), "d");
+  EXPECT_EQ(ReadInt(cfg, nullptr, 3), 3);
+  EXPECT_STREQ(ReadSecret(cfg, nullptr, "d"), "d");
+  WriteString(cfg, nullptr, "v");
+  WriteString(cfg, "k", nullptr);
+  WriteSecret(cfg, "k", nullptr);
+  DeleteConfigKey(cfg, nullptr);
+  EXPECT_EQ(GetConfigKeyCount(cfg), 0);
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, ReturnedTextOutlivesWritesOfOtherKeys) {
+  const std::string path = testFile();
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  WriteString(cfg, "kept", "stable value");
+  WriteSecret(cfg, "kept_secret", "stable secret");
+  const char *text = ReadString(cfg, "kept", nullptr);
+  const char *secret = ReadSecret(cfg, "kept_secret", nullptr);
+  for (int i = 0; i < 1000; ++i) WriteString(cfg, ("k" + std::to_string(i)).c_str(), std::string(i, 'v').c_str());
+  for (int i = 0; i < 1000; i += 2) DeleteConfigKey(cfg, ("k" + std::to_string(i)).c_str());
+  EXPECT_STREQ(text, "stable value");
+  EXPECT_STREQ(secret, "stable secret");
+  EXPECT_EQ(GetConfigKeyCount(cfg), 502);
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, FailedSaveLeavesOldFileAndNoTemporary) {
+  const std::string path = testFile();
+  writeFile(path, "a=1\n");
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  WriteString(cfg, "a", "2");
+  // A folder that appears where the file was makes the rename fail.
+  fs::rename(MapDevicePath(path), MapDevicePath("/tmp/moved.cfg"));
+  fs::create_directory(MapDevicePath(path));
+  EXPECT_NE(SaveConfig(cfg), 0);
+  CloseConfigNoSave(cfg);
+  EXPECT_TRUE(fs::is_directory(MapDevicePath(path)));
+  EXPECT_TRUE(strayTemporaries("/mnt/ext1/system/config").empty());
+  EXPECT_EQ(readFile("/tmp/moved.cfg"), "a=1\n");
+}
+
+TEST(ConfigFile, KilledWriterLeavesOneWholeVersion) {
+  const std::string path = testFile();
+  const int keys = 3000;
+  const std::string version_a = versionBytes('a', keys);
+  const std::string version_b = versionBytes('b', keys);
+  ASSERT_GT(version_a.size(), 600000u);
+  writeFile(path, version_a);
+
+  std::mt19937 random(1234);
+  std::uniform_int_distribution<int> delay_us(0, 40000);
+  for (int round = 0; round < 40; ++round) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      lpconfig *cfg = OpenConfig(path.c_str(), 1);
+      for (int i = 0;; ++i) {
+        writeVersion(cfg, i % 2 ? 'a' : 'b', keys);
+        SaveConfig(cfg);
+      }
+    }
+    usleep(static_cast<useconds_t>(delay_us(random)));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const std::string content = readFile(path);
+    ASSERT_TRUE(content == version_a || content == version_b)
+        << "round " << round << ", " << content.size() << " bytes";
+  }
+  lpconfig *cfg = OpenConfig(path.c_str(), 0);
+  ASSERT_NE(cfg, nullptr);
+  EXPECT_EQ(GetConfigKeyCount(cfg), keys + 1);
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, ConcurrentSaversEachLeaveAWholeFile) {
+  const std::string path = testFile();
+  const int keys = 500;
+  const std::string version_a = versionBytes('a', keys);
+  const std::string version_b = versionBytes('b', keys);
+  writeFile(path, version_a);
+
+  std::vector<pid_t> children;
+  std::vector<int> exit_codes;
+  for (char tag : {'a', 'b'}) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      int failures = 0;
+      for (int i = 0; i < 150; ++i) {
+        lpconfig *cfg = OpenConfig(path.c_str(), 1);
+        if (!cfg) _exit(2);
+        writeVersion(cfg, tag, keys);
+        failures += CloseConfig(cfg) != 0;
+      }
+      _exit(failures == 0 ? 0 : 1);
+    }
+    children.push_back(child);
+    exit_codes.push_back(-1);
+  }
+  // Read while they save: the file is always there and always one whole version.
+  for (bool running = true; running;) {
+    const std::string content = readFile(path);
+    ASSERT_TRUE(content == version_a || content == version_b) << content.size() << " bytes";
+    running = false;
+    for (std::size_t i = 0; i < children.size(); ++i) {
+      int status = 0;
+      if (exit_codes[i] == -1 && waitpid(children[i], &status, WNOHANG) == children[i])
+        exit_codes[i] = WIFEXITED(status) ? WEXITSTATUS(status) : 128;
+      running = running || exit_codes[i] == -1;
+    }
+  }
+  EXPECT_EQ(exit_codes, std::vector<int>({0, 0}));
+}
+
+TEST(ConfigFile, HandlesOnSeveralThreadsSaveSafely) {
+  const std::string path = testFile();
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([t, &path] {
+      const std::string own = "/mnt/ext1/system/config/thread" + std::to_string(t) + ".cfg";
+      for (int i = 0; i < 30; ++i) {
+        for (const std::string &file : {own, path}) {
+          lpconfig *cfg = OpenConfig(file.c_str(), 1);
+          WriteInt(cfg, "thread", t);
+          WriteSecret(cfg, "round", std::to_string(i).c_str());
+          EXPECT_EQ(CloseConfig(cfg), 0);
+        }
+      }
+    });
+  }
+  for (auto &thread : threads) thread.join();
+  for (int t = 0; t < 4; ++t) {
+    lpconfig *cfg = OpenConfig(("/mnt/ext1/system/config/thread" + std::to_string(t) + ".cfg").c_str(), 0);
+    EXPECT_EQ(ReadInt(cfg, "thread", -1), t);
+    EXPECT_STREQ(ReadSecret(cfg, "round", ""), "29");
+    CloseConfigNoSave(cfg);
+  }
+}
