@@ -210,34 +210,6 @@ TEST(ConfigFile, ReadIntTakesDecimalNumbersOnly) {
   CloseConfigNoSave(cfg);
 }
 
-TEST(ConfigFile, NullHandlesAndKeysAreHarmless) {
-  const std::string path = testFile();
-  EXPECT_EQ(OpenConfig(nullptr, 1), nullptr);
-  EXPECT_STREQ(ReadString(nullptr, "k", "d"), "d");
-  EXPECT_EQ(ReadInt(nullptr, "k", 3), 3);
-  EXPECT_STREQ(ReadSecret(nullptr, "k", "d"), "d");
-  WriteString(nullptr, "k", "v");
-  WriteInt(nullptr, "k", 1);
-  WriteSecret(nullptr, "k", "v");
-  DeleteConfigKey(nullptr, "k");
-  EXPECT_NE(SaveConfig(nullptr), 0);
-  EXPECT_NE(CloseConfig(nullptr), 0);
-  CloseConfigNoSave(nullptr);
-  EXPECT_EQ(GetConfigKeyCount(nullptr), 0);
-  EXPECT_EQ(GetConfigKey(nullptr, 0), nullptr);
-
-  lpconfig *cfg = OpenConfig(path.c_str(), 1);
-  EXPECT_STREQ(ReadString(cfg, nullptr, "d"), "d");
-  EXPECT_EQ(ReadInt(cfg, nullptr, 3), 3);
-  EXPECT_STREQ(ReadSecret(cfg, nullptr, "d"), "d");
-  WriteString(cfg, nullptr, "v");
-  WriteString(cfg, "k", nullptr);
-  WriteSecret(cfg, "k", nullptr);
-  DeleteConfigKey(cfg, nullptr);
-  EXPECT_EQ(GetConfigKeyCount(cfg), 0);
-  CloseConfigNoSave(cfg);
-}
-
 TEST(ConfigFile, ReturnedTextOutlivesWritesOfOtherKeys) {
   const std::string path = testFile();
   lpconfig *cfg = OpenConfig(path.c_str(), 1);
