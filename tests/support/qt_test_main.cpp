@@ -10,6 +10,8 @@ int main(int argc, char **argv) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   setenv("QT_QUICK_BACKEND", "software", 0);
   ::testing::InitGoogleTest(&argc, argv);
+  // Tests run with the platform's defaults, whatever the developer's shell has set.
+  unsetenv("LUMENPRESS_LOG_LEVEL");
   lumenpress::testing::TempDeviceRoot root;
   QGuiApplication app(argc, argv);
   return RUN_ALL_TESTS();

@@ -1,0 +1,315 @@
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "device_path.h"
+#include "opds/data_manager.h"
+#include "opds/last_search.h"
+
+using namespace lumenpress::opds;
+
+namespace {
+
+std::string entryXml(const std::string &id, const std::string &title) {
+  return "<entry><id>" + id + "</id><title>" + title +
+         "</title><author><name>Ann Author</name></author>"
+         "<link rel=\"http://opds-spec.org/acquisition/open-access\" type=\"application/epub+zip\" href=\"/files/" +
+         id + ".epub\"/><link rel=\"http://opds-spec.org/image\" type=\"image/png\" href=\"covers/" + id +
+         ".png\"/></entry>";
+}
+
+// A feed of `count` entries whose ids start at `first`, with an optional next page.
+std::string feedXml(const std::string &title, int first, int count, const std::string &next = "") {
+  std::string xml =
+      "<?xml version=\"1.0\"?><feed xmlns=\"http://www.w3.org/2005/Atom\" "
+      "xmlns:opensearch=\"http://a9.com/-/spec/opensearch/1.1/\"><id>feed</id><title>" +
+      title + "</title><opensearch:totalResults>45</opensearch:totalResults>" +
+      "<link rel=\"search\" type=\"application/opensearchdescription+xml\" href=\"/osd.xml\"/>";
+  if (!next.empty()) xml += "<link rel=\"next\" type=\"application/atom+xml\" href=\"" + next + "\"/>";
+  for (int i = first; i < first + count; ++i) xml += entryXml("book-" + std::to_string(i), "Book " + std::to_string(i));
+  return xml + "</feed>";
+}
+
+class Recorder : public IDataManagerCallback {
+public:
+  void ListLoaded(int error, std::shared_ptr<ItemsList> list) override {
+    std::lock_guard<std::mutex> lock(mutex);
+    loaded.emplace_back(error, list);
+  }
+  void DownloadProgress(std::shared_ptr<OPDS::Entry>, int) override {}
+  void BookLoaded(int error, std::shared_ptr<OPDS::Entry> entry, const std::string &file) override {
+    books.push_back({error, entry, file});
+  }
+
+  struct Book {
+    int error;
+    std::shared_ptr<OPDS::Entry> entry;
+    std::string file;
+  };
+  std::mutex mutex;
+  std::vector<std::pair<int, std::shared_ptr<ItemsList>>> loaded;
+  std::vector<Book> books;
+};
+
+class DataManagerTest : public ::testing::Test {
+protected:
+  void SetUp() override {
+    server_.Get("/home", [this](const httplib::Request &req, httplib::Response &res) {
+      record(req);
+      if (req.get_header_value("If-None-Match") == "\"v1\"") {
+        res.status = 304;
+        return;
+      }
+      res.set_header("ETag", "\"v1\"");
+      res.set_content(feedXml("Home", 0, 20, "page/2"), "application/atom+xml");
+    });
+    server_.Get("/page/2", [this](const httplib::Request &req, httplib::Response &res) {
+      record(req);
+      res.set_content(feedXml("Home", 20, 20, "/page/3"), "application/atom+xml");
+    });
+    server_.Get("/page/3", [this](const httplib::Request &req, httplib::Response &res) {
+      record(req);
+      res.set_content(feedXml("Home", 40, 5), "application/atom+xml");
+    });
+    server_.Get("/status/(\\d+)",
+                [](const httplib::Request &req, httplib::Response &res) { res.status = std::stoi(req.matches[1]); });
+    server_.Get("/broken", [](const httplib::Request &, httplib::Response &res) {
+      res.set_content("<feed><entry><title>cut", "application/atom+xml");
+    });
+    server_.Get("/list/(\\d+)", [](const httplib::Request &req, httplib::Response &res) {
+      res.set_content(feedXml("List " + std::string(req.matches[1]), 0, 3), "application/atom+xml");
+    });
+    server_.Get("/osd.xml", [](const httplib::Request &, httplib::Response &res) {
+      res.set_content(
+          "<OpenSearchDescription xmlns=\"http://a9.com/-/spec/opensearch/1.1/\"><Url type=\"text/html\" "
+          "template=\"/html?q={searchTerms}\"/><Url type=\"application/atom+xml\" "
+          "template=\"/search?q={searchTerms}&amp;page={startPage?}\"/></OpenSearchDescription>",
+          "application/opensearchdescription+xml");
+    });
+    server_.Get("/search", [this](const httplib::Request &req, httplib::Response &res) {
+      record(req);
+      res.set_content(feedXml("Results for " + req.get_param_value("q"), 100, 2), "application/atom+xml");
+    });
+    server_.Get("/files/(.*)", [](const httplib::Request &req, httplib::Response &res) {
+      res.set_header("Content-Disposition", "attachment; filename=\"Good Book.epub\"");
+      res.set_content("EPUB " + std::string(req.matches[1]), "application/epub+zip");
+    });
+    server_.Get("/cut", [](const httplib::Request &, httplib::Response &res) {
+      res.set_chunked_content_provider("application/epub+zip", [](size_t, httplib::DataSink &sink) {
+        sink.write("partial", 7);
+        return false;  // the connection ends before the body does
+      });
+    });
+    port_ = server_.bind_to_any_port("127.0.0.1");
+    thread_ = std::thread([this] { server_.listen_after_bind(); });
+  }
+
+  void TearDown() override {
+    server_.stop();
+    thread_.join();
+  }
+
+  void record(const httplib::Request &req) {
+    std::lock_guard<std::mutex> lock(requests_mutex_);
+    requests_.push_back(req.path + " auth=" + req.get_header_value("Authorization") +
+                        " etag=" + req.get_header_value("If-None-Match"));
+  }
+
+  std::vector<std::string> requests() {
+    std::lock_guard<std::mutex> lock(requests_mutex_);
+    return requests_;
+  }
+
+  std::string url(const std::string &path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
+
+  // Runs the result queue as the application's timer would, until the condition holds.
+  static bool pump(DataManager &manager, const std::function<bool()> &done) {
+    for (int i = 0; i < 2000 && !done(); ++i) {
+      manager.ProcessResults();
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return done();
+  }
+
+  static bool loaded(const std::shared_ptr<ItemsList> &list) { return list && !list->loading; }
+
+  httplib::Server server_;
+  int port_ = 0;
+  std::thread thread_;
+  std::mutex requests_mutex_;
+  std::vector<std::string> requests_;
+  Recorder recorder_;
+};
+
+}  // namespace
+
+TEST_F(DataManagerTest, ListLoadsOnTheWorkersAndArrivesOnlyThroughProcessResults) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  auto list = manager.GetList(url("/home"));
+  ASSERT_TRUE(list);
+  EXPECT_TRUE(list->loading);
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  EXPECT_TRUE(list->loading) << "results wait for ProcessResults";
+  EXPECT_TRUE(recorder_.loaded.empty());
+
+  ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
+  ASSERT_EQ(recorder_.loaded.size(), 1u);
+  EXPECT_EQ(recorder_.loaded[0].first, 0);
+  EXPECT_EQ(recorder_.loaded[0].second, list);
+  EXPECT_EQ(list->entries.size(), 20u);
+  EXPECT_EQ(list->getTitle(), "Home");
+  EXPECT_EQ(std::string(list->Feeds()[0]->total_results), "45");
+  EXPECT_EQ(manager.GetList(url("/home")), list) << "one shared list per URL";
+  EXPECT_EQ(requests().size(), 1u) << "a loaded list is not fetched again";
+  EXPECT_EQ(manager.getCoverUrl(list, 0), url("/covers/book-0.png"));
+}
+
+TEST_F(DataManagerTest, PagesAppendUntilThereIsNoNextLink) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  auto list = manager.GetList(url("/home"));
+  ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
+  EXPECT_TRUE(list->reset_required);
+  for (size_t pages = 2; pages <= 3; ++pages) {
+    ASSERT_EQ(manager.LoadNextPage(list), 0);
+    ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
+    EXPECT_EQ(list->Feeds().size(), pages);
+    EXPECT_FALSE(list->reset_required);
+  }
+  EXPECT_EQ(list->entries.size(), 45u);
+  EXPECT_EQ(list->entries.back()->id, "book-44");
+  EXPECT_EQ(manager.LoadNextPage(list), -8);
+}
+
+TEST_F(DataManagerTest, FailuresEndTheLoadWithTheirError) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  auto unauthorized = manager.GetList(url("/status/401"));
+  auto failing = manager.GetList(url("/status/500"));
+  auto broken = manager.GetList(url("/broken"));
+  auto refused = manager.GetList("http://127.0.0.1:1/home");
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.loaded.size() == 4; }));
+  std::map<std::string, int> errors;
+  for (const auto &[error, list] : recorder_.loaded) errors[list->url] = error;
+  EXPECT_EQ(errors[url("/status/401")], 401);
+  EXPECT_EQ(errors[url("/status/500")], 500);
+  EXPECT_NE(errors[url("/broken")], 0);
+  EXPECT_NE(errors["http://127.0.0.1:1/home"], 0);
+  for (const auto &list : {unauthorized, failing, broken, refused}) {
+    EXPECT_FALSE(list->loading);
+    EXPECT_TRUE(list->entries.empty());
+  }
+}
+
+TEST_F(DataManagerTest, ManyListsLoadAtOnce) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  std::vector<std::shared_ptr<ItemsList>> lists;
+  for (int i = 0; i < 30; ++i) lists.push_back(manager.GetList(url("/list/" + std::to_string(i))));
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.loaded.size() == 30; }));
+  for (size_t i = 0; i < lists.size(); ++i) {
+    EXPECT_EQ(lists[i]->getTitle(), "List " + std::to_string(i));
+    EXPECT_EQ(lists[i]->entries.size(), 3u);
+  }
+}
+
+TEST_F(DataManagerTest, BearerTokenGoesOnlyWhereItsKeyMatches) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  manager.AddBearerCredentials(url("/page"), "secret");
+  auto home = manager.GetList(url("/home"));
+  ASSERT_TRUE(pump(manager, [&] { return loaded(home); }));
+  manager.LoadNextPage(home);
+  ASSERT_TRUE(pump(manager, [&] { return loaded(home); }));
+  manager.ClearCredentials();
+  manager.LoadNextPage(home);
+  ASSERT_TRUE(pump(manager, [&] { return loaded(home); }));
+  const auto seen = requests();
+  ASSERT_EQ(seen.size(), 3u);
+  EXPECT_EQ(seen[0], "/home auth= etag=");
+  EXPECT_EQ(seen[1], "/page/2 auth=Bearer secret etag=");
+  EXPECT_EQ(seen[2], "/page/3 auth= etag=");
+}
+
+TEST_F(DataManagerTest, DiskCacheServesANewManagerAndRevalidates) {
+  const std::string cache = "/mnt/ext1/system/cache/bookstore_feeds_cache";
+  {
+    DataManager manager(&recorder_);
+    manager.Init();
+    manager.setDiskCache(cache, "bookstore_feeds_cache");
+    auto list = manager.GetList(url("/home"));
+    ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
+  }
+  DataManager manager(&recorder_);
+  manager.Init();
+  manager.setDiskCache(cache, "bookstore_feeds_cache");
+  auto cached = manager.GetCachedListSync(url("/home"));
+  ASSERT_TRUE(cached);
+  EXPECT_FALSE(cached->loading);
+  EXPECT_EQ(cached->entries.size(), 20u);
+  EXPECT_EQ(manager.GetCachedListSync(url("/nowhere")), nullptr);
+
+  auto reloaded = manager.ReloadList(url("/home"));
+  EXPECT_EQ(reloaded, cached);
+  ASSERT_TRUE(pump(manager, [&] { return loaded(reloaded); }));
+  EXPECT_EQ(requests().back(), "/home auth= etag=\"v1\"") << "the stored ETag goes with the reload";
+  EXPECT_EQ(reloaded->entries.size(), 20u) << "a 304 keeps the cached feed";
+}
+
+TEST_F(DataManagerTest, SearchGoesThroughTheOpenSearchDescription) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  auto home = manager.GetList(url("/home"));
+  ASSERT_TRUE(pump(manager, [&] { return loaded(home); }));
+  auto results = manager.GetSearchList(home, "war & peace");
+  ASSERT_TRUE(results);
+  ASSERT_TRUE(pump(manager, [&] { return loaded(results); }));
+  EXPECT_EQ(results->getTitle(), "Results for war & peace");
+  ASSERT_EQ(results->entries.size(), 2u);
+  EXPECT_EQ(results->entries[0]->GetLinkByType(OPDS::Link::kOpenAccess)->href, url("/files/book-100.epub"))
+      << "links of a result page are made absolute";
+}
+
+TEST_F(DataManagerTest, DownloadsGetTheirNameWhenCompleteAndNeverHalfAFile) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  manager.SetFileDownloadFolder("/mnt/ext1/Downloads");
+  auto home = manager.GetList(url("/home"));
+  ASSERT_TRUE(pump(manager, [&] { return loaded(home); }));
+  manager.DownloadBook(home, home->entries[0], 0);
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.books.size() == 1; }));
+  EXPECT_EQ(recorder_.books[0].error, 0);
+  EXPECT_EQ(recorder_.books[0].file, "/mnt/ext1/Downloads/Good Book.epub");
+  EXPECT_EQ(manager.GetLastDownloadInfo().disposition_filename, "Good Book.epub");
+  EXPECT_EQ(manager.GetLastDownloadInfo().content_type, "application/epub+zip");
+  EXPECT_EQ(manager.GetDownloadEntryByBookId("book-0"), home->entries[0]);
+
+  const std::string folder = lumenpress::platform::MapDevicePath("/mnt/ext1/Downloads");
+  home->entries[1]->GetLinkByType(OPDS::Link::kOpenAccess)->href = "/cut";
+  manager.DownloadBook(home, home->entries[1], 0);
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.books.size() == 2; }));
+  EXPECT_NE(recorder_.books[1].error, 0);
+  EXPECT_TRUE(recorder_.books[1].file.empty());
+  std::vector<std::string> files;
+  for (const auto &file : std::filesystem::directory_iterator(folder)) files.push_back(file.path().filename());
+  EXPECT_EQ(files, std::vector<std::string>{"Good Book.epub"});
+}
+
+TEST(LastSearch, NewestFirstWithoutDuplicatesAndAtMostTwenty) {
+  auto &last = LastSearch::Instance();
+  for (int i = 0; i < 25; ++i) last.AddLastSearch("term " + std::to_string(i));
+  last.AddLastSearch("  term 10 ");
+  last.AddLastSearch("");
+  const auto terms = last.GetLastSearch();
+  ASSERT_EQ(terms.size(), 20u);
+  EXPECT_EQ(terms[0], "term 10");
+  EXPECT_EQ(terms[1], "term 24");
+  EXPECT_EQ(std::count(terms.begin(), terms.end(), "term 10"), 1);
+}
