@@ -100,6 +100,7 @@ protected:
       res.set_header("Content-Disposition", "attachment; filename=\"Good Book.epub\"");
       res.set_content("EPUB " + std::string(req.matches[1]), "application/epub+zip");
     });
+    server_.set_mount_point("/samples", LP_SOURCE_DIR "/tests/data/opds");
     server_.Get("/cut", [](const httplib::Request &, httplib::Response &res) {
       res.set_chunked_content_provider("application/epub+zip", [](size_t, httplib::DataSink &sink) {
         sink.write("partial", 7);
@@ -300,6 +301,29 @@ TEST_F(DataManagerTest, DownloadsGetTheirNameWhenCompleteAndNeverHalfAFile) {
   std::vector<std::string> files;
   for (const auto &file : std::filesystem::directory_iterator(folder)) files.push_back(file.path().filename());
   EXPECT_EQ(files, std::vector<std::string>{"Good Book.epub"});
+}
+
+TEST_F(DataManagerTest, PublicCataloguesLoadThroughTheSameManager) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  std::map<std::string, std::shared_ptr<ItemsList>> lists;
+  for (const auto &file : std::filesystem::directory_iterator(LP_SOURCE_DIR "/tests/data/opds")) {
+    if (file.path().extension() == ".xml")
+      lists[file.path().filename()] = manager.GetList(url("/samples/" + file.path().filename().string()));
+  }
+  ASSERT_GT(lists.size(), 10u);
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.loaded.size() == lists.size(); }));
+  for (const auto &[error, list] : recorder_.loaded) {
+    const bool malformed = list->url.find("malformed") != std::string::npos;
+    EXPECT_EQ(error != 0, malformed) << list->url;
+    EXPECT_FALSE(list->loading);
+  }
+  const auto &acquisition = lists["nypl-acquisition-paginated-facets-large.xml"];
+  EXPECT_GT(acquisition->entries.size(), 10u);
+  // Its next link points to the live catalogue, which tests never reach: only its presence is checked.
+  const auto &links = acquisition->Feeds().back()->links;
+  EXPECT_TRUE(
+      std::any_of(links.begin(), links.end(), [](const auto &link) { return link->type == OPDS::Link::kNext; }));
 }
 
 TEST(LastSearch, NewestFirstWithoutDuplicatesAndAtMostTwenty) {
