@@ -79,6 +79,10 @@ protected:
     });
     server_.Get("/status/(\\d+)",
                 [](const httplib::Request &req, httplib::Response &res) { res.status = std::stoi(req.matches[1]); });
+    server_.Get("/stalled", [](const httplib::Request &, httplib::Response &res) {
+      std::this_thread::sleep_for(std::chrono::seconds(3));
+      res.set_content(feedXml("Late", 0, 1), "application/atom+xml");
+    });
     server_.Get("/broken", [](const httplib::Request &, httplib::Response &res) {
       res.set_content("<feed><entry><title>cut", "application/atom+xml");
     });
@@ -207,6 +211,17 @@ TEST_F(DataManagerTest, FailuresEndTheLoadWithTheirError) {
     EXPECT_FALSE(list->loading);
     EXPECT_TRUE(list->entries.empty());
   }
+}
+
+TEST_F(DataManagerTest, StalledServerTimesOut) {
+  setenv("LUMENPRESS_OPDS_TIMEOUT", "1", 1);
+  DataManager manager(&recorder_);
+  manager.Init();
+  auto list = manager.GetList(url("/stalled"));
+  ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
+  ASSERT_EQ(recorder_.loaded.size(), 1u);
+  EXPECT_NE(recorder_.loaded[0].first, 0);
+  EXPECT_TRUE(list->entries.empty());
 }
 
 TEST_F(DataManagerTest, ManyListsLoadAtOnce) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <mutex>
 
@@ -68,6 +69,12 @@ HttpFetcher::HttpFetcher(std::string user_agent, std::map<std::string, std::stri
   std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
+long HttpFetcher::timeoutSeconds() {
+  const char *configured = std::getenv("LUMENPRESS_OPDS_TIMEOUT");
+  const long seconds = configured ? std::strtol(configured, nullptr, 10) : 0;
+  return seconds > 0 ? seconds : 30;
+}
+
 HttpFetcher::Result HttpFetcher::get(const std::string &url) const {
   return perform(url, nullptr, nullptr);
 }
@@ -97,6 +104,7 @@ HttpFetcher::Result HttpFetcher::perform(const std::string &url, FILE *file, con
   for (const auto &[name, value] : headers_) list = curl_slist_append(list, (name + ": " + value).c_str());
   const HeaderList headers(list, curl_slist_free_all);
   Transfer transfer{&result, file, progress};
+  const long timeout = timeoutSeconds();
 
   curl_easy_setopt(curl.get(), CURLOPT_URL, url.c_str());
   curl_easy_setopt(curl.get(), CURLOPT_HTTPHEADER, headers.get());
@@ -104,11 +112,11 @@ HttpFetcher::Result HttpFetcher::perform(const std::string &url, FILE *file, con
   curl_easy_setopt(curl.get(), CURLOPT_FOLLOWLOCATION, 1L);
   curl_easy_setopt(curl.get(), CURLOPT_MAXREDIRS, 5L);
   curl_easy_setopt(curl.get(), CURLOPT_NOSIGNAL, 1L);
-  curl_easy_setopt(curl.get(), CURLOPT_CONNECTTIMEOUT, static_cast<long>(kTimeoutSeconds));
+  curl_easy_setopt(curl.get(), CURLOPT_CONNECTTIMEOUT, timeout);
   // A download may be long; only a transfer that stalls for the time-out is given up.
   curl_easy_setopt(curl.get(), CURLOPT_LOW_SPEED_LIMIT, 1L);
-  curl_easy_setopt(curl.get(), CURLOPT_LOW_SPEED_TIME, static_cast<long>(kTimeoutSeconds));
-  if (!file) curl_easy_setopt(curl.get(), CURLOPT_TIMEOUT, static_cast<long>(kTimeoutSeconds));
+  curl_easy_setopt(curl.get(), CURLOPT_LOW_SPEED_TIME, timeout);
+  if (!file) curl_easy_setopt(curl.get(), CURLOPT_TIMEOUT, timeout);
   curl_easy_setopt(curl.get(), CURLOPT_NOPROXY, "localhost,127.0.0.1,::1");
   curl_easy_setopt(curl.get(), CURLOPT_ACCEPT_ENCODING, "");
   curl_easy_setopt(curl.get(), CURLOPT_HEADERFUNCTION, onHeader);

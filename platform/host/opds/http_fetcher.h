@@ -27,7 +27,8 @@ public:
   // Called with the percentage received; return false to stop the transfer.
   using Progress = std::function<bool(int percent)>;
 
-  static constexpr int kTimeoutSeconds = 30;
+  // 30 seconds, or LUMENPRESS_OPDS_TIMEOUT: tests of a stalled server need not wait that long.
+  static long timeoutSeconds();
 
   HttpFetcher(std::string user_agent, std::map<std::string, std::string> headers);
 
