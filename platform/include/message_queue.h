@@ -31,22 +31,19 @@ public:
     condition_.notify_all();
   }
 
+  // The state is tested under the lock, so nothing slips in behind a concurrent Deinit.
   int Push(const T &item) override {
+    std::lock_guard<std::mutex> lock(mutex_);
     LP_CHECK_RET(is_inited_, LP_NOT_IMPEMENTED);
-    {
-      std::lock_guard<std::mutex> lock(mutex_);
-      queue_.push_back(item);
-    }
+    queue_.push_back(item);
     condition_.notify_one();
     return 0;
   }
 
   int PushFront(const T &item) override {
+    std::lock_guard<std::mutex> lock(mutex_);
     LP_CHECK_RET(is_inited_, LP_NOT_IMPEMENTED);
-    {
-      std::lock_guard<std::mutex> lock(mutex_);
-      queue_.push_front(item);
-    }
+    queue_.push_front(item);
     condition_.notify_one();
     return 0;
   }

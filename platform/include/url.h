@@ -8,6 +8,8 @@ namespace lumenpress::utilities {
 
 class Url {
 public:
+  // Surrounding white space is ignored. A text without scheme and host, or with a bad port,
+  // is invalid, and all its parts are empty.
   explicit Url(const std::string &text);
 
   bool isValid() const { return valid_; }

@@ -1,13 +1,17 @@
-#include <gtest/gtest.h>
 #include <curl/curl.h>
+#include <gtest/gtest.h>
 #include <httplib.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -20,6 +24,38 @@ using lumenpress::utilities::HttpRequest;
 using lumenpress::utilities::HttpRequestRunner;
 
 namespace {
+
+std::string describe(const httplib::Request &req) {
+  std::string text = req.method + " " + req.path + "\n";
+  for (const auto &[key, value] : req.params) text += "param " + key + "=" + value + "\n";
+  for (const char *name : {"Authorization", "Content-Type", "Content-Length"}) {
+    if (req.has_header(name)) text += std::string(name) + " " + req.get_header_value(name) + "\n";
+  }
+  return text + "body " + req.body;
+}
+
+// Runs a server on a free port of host until it goes out of scope; port() is 0 if none could be bound.
+class ServerThread {
+public:
+  ServerThread(httplib::Server &server, const char *host) : server_(server) {
+    port_ = std::max(server.bind_to_any_port(host), 0);
+    if (port_ == 0) return;
+    thread_ = std::thread([this] { server_.listen_after_bind(); });
+    // A stop() that comes before the accept loop has started is lost, and join() would never return.
+    while (!server_.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  ~ServerThread() {
+    if (!thread_.joinable()) return;
+    server_.stop();
+    thread_.join();
+  }
+  int port() const { return port_; }
+
+private:
+  httplib::Server &server_;
+  int port_ = 0;
+  std::thread thread_;
+};
 
 // A local server on a free port, answering until the fixture ends.
 class HttpRunnerTest : public ::testing::Test {
@@ -40,38 +76,40 @@ protected:
     });
     server_.Get("/redirect", [](const httplib::Request &, httplib::Response &res) { res.set_redirect("/status/200"); });
     const auto echo = [](const httplib::Request &req, httplib::Response &res) {
-      std::string text = req.method + "\n";
-      for (const auto &[key, value] : req.params) text += "param " + key + "=" + value + "\n";
-      text += "auth " + req.get_header_value("Authorization") + "\n";
-      text += "type " + req.get_header_value("Content-Type") + "\n";
-      text += "body " + req.body;
-      res.set_content(text, "text/plain");
+      res.set_content(describe(req), "text/plain");
     };
-    server_.Get("/echo", echo);
-    server_.Post("/echo", echo);
-    server_.Put("/echo", echo);
-    server_.Delete("/echo", echo);
-    port_ = server_.bind_to_any_port("127.0.0.1");
+    // A proxied request names the whole URL in its request line.
+    for (const char *path : {"/echo", "http://store\\.invalid/.*"}) {
+      server_.Get(path, echo);
+      server_.Post(path, echo);
+      server_.Put(path, echo);
+      server_.Delete(path, echo);
+    }
+    running_ = std::make_unique<ServerThread>(server_, "127.0.0.1");
+    port_ = running_->port();
     ASSERT_GT(port_, 0);
-    thread_ = std::thread([this] { server_.listen_after_bind(); });
   }
 
-  void TearDown() override {
-    server_.stop();
-    thread_.join();
+  std::string url(const std::string &path, const std::string &host = "127.0.0.1") const {
+    return "http://" + host + ":" + std::to_string(port_) + path;
   }
 
-  std::string url(const std::string &path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
-
-  int perform(const HttpRequest &request, long *code, std::vector<char> *body, int timeout = 10) {
+  static int perform(const HttpRequest &request, long *code, std::vector<char> *body, int timeout = 10) {
     return HttpRequestRunner().PerformRequest(request, code, body, timeout);
   }
 
-  static std::string text(const std::vector<char> &body) { return std::string(body.data()); }
+  // The text of an exchange that must have succeeded.
+  static std::string fetch(const HttpRequest &request, long expectedStatus = 200) {
+    long code = 0;
+    std::vector<char> body;
+    EXPECT_EQ(perform(request, &code, &body), 0) << request.encoded_url();
+    EXPECT_EQ(code, expectedStatus);
+    return body.empty() ? std::string() : std::string(body.data());
+  }
 
   httplib::Server server_;
+  std::unique_ptr<ServerThread> running_;
   int port_ = 0;
-  std::thread thread_;
 };
 
 int unusedPort() {
@@ -86,26 +124,61 @@ int unusedPort() {
   return ntohs(address.sin_port);
 }
 
+std::string deviceRootFile(const std::string &name) {
+  return std::string(std::getenv("LUMENPRESS_DEVICE_ROOT")) + "/" + name;
+}
+
+std::string readFile(const std::string &path) {
+  std::ifstream in(path);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
 }  // namespace
+
+TEST(HttpRequestText, QueryIsEncodedAfterAnyExistingQueryAndBeforeTheFragment) {
+  HttpRequest plain("GET", "http://h/p");
+  plain.AddGetParam("k", "a b&c=d/e+f~-._é");
+  plain.AddGetParam("n", "");
+  EXPECT_EQ(plain.encoded_url(), "http://h/p?k=a%20b%26c%3Dd%2Fe%2Bf~-._%C3%A9&n=");
+
+  HttpRequest withQuery("GET", "http://h/p?x=1#top");
+  withQuery.AddGetParam("y", "2");
+  EXPECT_EQ(withQuery.encoded_url(), "http://h/p?x=1&y=2#top");
+
+  HttpRequest openQuery("GET", "http://h/p?");
+  openQuery.AddGetParam("y", "2");
+  EXPECT_EQ(openQuery.encoded_url(), "http://h/p?y=2");
+  EXPECT_EQ(HttpRequest("GET", "http://h/p?x=1").encoded_url(), "http://h/p?x=1");
+}
+
+TEST(HttpRequestText, HeadersAreReadyLinesAndLineBreaksAreRefused) {
+  HttpRequest request("POST", "http://h/");
+  request.AddHeader("Content-Type", "application/json");
+  request.AddHeader("X-Bad", "a\r\nInjected: 1");
+  request.AddHeader("Authorization", "Bearer abc");
+  EXPECT_EQ(request.GetHeaders(),
+            (std::vector<std::string>{"Content-Type: application/json", "Authorization: Bearer abc"}));
+
+  const HttpRequest copy = request;
+  EXPECT_EQ(copy.GetHeaders(), request.GetHeaders());
+  EXPECT_EQ(copy.method(), "POST");
+}
 
 TEST_F(HttpRunnerTest, AnyStatusIsAnExchangeWithItsBodyAndOneZeroByte) {
   for (int status : {200, 401, 500}) {
     long code = 0;
-    std::vector<char> body;
+    std::vector<char> body{'o', 'l', 'd'};
     EXPECT_EQ(perform(HttpRequest("GET", url("/status/" + std::to_string(status))), &code, &body), 0);
     EXPECT_EQ(code, status);
     const std::string expected = "status " + std::to_string(status);
     ASSERT_EQ(body.size(), expected.size() + 1);
     EXPECT_EQ(body.back(), '\0');
-    EXPECT_EQ(text(body), expected);
+    EXPECT_EQ(std::string(body.data()), expected);
   }
-}
-
-TEST_F(HttpRunnerTest, RedirectIsNotFollowed) {
-  long code = 0;
-  std::vector<char> body;
-  EXPECT_EQ(perform(HttpRequest("GET", url("/redirect")), &code, &body), 0);
-  EXPECT_EQ(code, 302);
+  const std::string redirect = fetch(HttpRequest("GET", url("/redirect")), 302);
+  EXPECT_EQ(redirect.find("status 200"), std::string::npos);
 }
 
 TEST_F(HttpRunnerTest, BinaryBodyArrivesWhole) {
@@ -120,49 +193,92 @@ TEST_F(HttpRunnerTest, BinaryBodyArrivesWhole) {
 TEST_F(HttpRunnerTest, TransportFailuresAreNonZeroWithNothingThatLooksLikeABody) {
   long code = 99;
   std::vector<char> body{'o', 'l', 'd'};
-  EXPECT_NE(perform(HttpRequest("GET", url("/slow")), &code, &body, 1), 0);
+  EXPECT_EQ(perform(HttpRequest("GET", url("/slow")), &code, &body, 1), CURLE_OPERATION_TIMEDOUT);
   EXPECT_EQ(code, 0);
   EXPECT_TRUE(body.empty());
 
   code = 99;
   body = {'o', 'l', 'd'};
-  const std::string refused = "http://127.0.0.1:" + std::to_string(unusedPort()) + "/";
-  EXPECT_NE(perform(HttpRequest("GET", refused), &code, &body), 0);
+  const std::string address = "127.0.0.1:" + std::to_string(unusedPort());
+  HttpRequest refused("GET", "http://user:secret-pass@" + address + "/books");
+  refused.AddGetParam("token", "secret-query");
+  refused.AddHeader("Authorization", "Bearer secret-token");
+  EXPECT_EQ(perform(refused, &code, &body), CURLE_COULDNT_CONNECT);
   EXPECT_EQ(code, 0);
   EXPECT_TRUE(body.empty());
+
+  const std::string log = readFile(deviceRootFile("host/kiosk-2.log"));
+  EXPECT_NE(log.find("<1>"), std::string::npos) << log;
+  EXPECT_NE(log.find("GET http://" + address + "/books failed"), std::string::npos) << log;
+  EXPECT_EQ(log.find("secret"), std::string::npos) << log;
 }
 
 TEST_F(HttpRunnerTest, QueryHeadersAndBodyReachTheServer) {
   HttpRequest request("POST", url("/echo?fixed=1"));
-  request.AddGetParam("q", "a b&c=d/é");
-  request.AddGetParam("number", "LP740");
+  request.AddGetParam("q", "a b&c=d/e+f é");
   request.AddHeader("Content-Type", "application/json");
   request.AddHeader("Authorization", "Bearer abc");
   request.AddPostData("{\"a\":");
   request.AddPostData("1}");
-  EXPECT_EQ(request.encoded_url(), url("/echo?fixed=1&q=a%20b%26c%3Dd%2F%C3%A9&number=LP740"));
-  EXPECT_EQ(request.GetHeaders(),
-            (std::vector<std::string>{"Content-Type: application/json", "Authorization: Bearer abc"}));
-
-  long code = 0;
-  std::vector<char> body;
-  ASSERT_EQ(perform(request, &code, &body), 0);
-  EXPECT_EQ(code, 200);
-  EXPECT_EQ(text(body),
-            "POST\nparam fixed=1\nparam number=LP740\nparam q=a b&c=d/é\nauth Bearer abc\n"
-            "type application/json\nbody {\"a\":1}");
+  EXPECT_EQ(fetch(request),
+            "POST /echo\nparam fixed=1\nparam q=a b&c=d/e+f é\nAuthorization Bearer abc\n"
+            "Content-Type application/json\nContent-Length 7\nbody {\"a\":1}");
 }
 
-TEST_F(HttpRunnerTest, OtherMethodsKeepTheirNameAndBody) {
+TEST_F(HttpRunnerTest, EveryMethodKeepsItsNameAndBody) {
+  EXPECT_EQ(fetch(HttpRequest("GET", url("/echo"))), "GET /echo\nbody ");
+  EXPECT_EQ(fetch(HttpRequest("DELETE", url("/echo"))), "DELETE /echo\nbody ");
+  for (const char *method : {"POST", "PUT"}) {
+    const std::string empty = fetch(HttpRequest(method, url("/echo")));
+    EXPECT_EQ(empty.substr(0, empty.find('\n')), std::string(method) + " /echo");
+    EXPECT_NE(empty.find("Content-Length 0\n"), std::string::npos) << empty;
+  }
   for (const char *method : {"PUT", "DELETE"}) {
     HttpRequest request(method, url("/echo"));
+    request.AddHeader("Content-Type", "text/plain");
     request.AddPostData("x=1");
-    long code = 0;
-    std::vector<char> body;
-    ASSERT_EQ(perform(request, &code, &body), 0);
-    EXPECT_EQ(text(body).substr(0, text(body).find('\n')), method);
-    EXPECT_NE(text(body).find("body x=1"), std::string::npos);
+    EXPECT_EQ(fetch(request), std::string(method) + " /echo\nContent-Type text/plain\nContent-Length 3\nbody x=1");
   }
+}
+
+TEST_F(HttpRunnerTest, ProxyFromTheEnvironmentServesAllButLoopback) {
+  setenv("http_proxy", url("").c_str(), 1);
+  EXPECT_EQ(fetch(HttpRequest("GET", "http://store.invalid/books")), "GET http://store.invalid/books\nbody ");
+
+  setenv("http_proxy", ("http://127.0.0.1:" + std::to_string(unusedPort())).c_str(), 1);
+  setenv("no_proxy", "example.org", 1);
+  EXPECT_EQ(fetch(HttpRequest("GET", url("/echo"))), "GET /echo\nbody ");
+  EXPECT_EQ(fetch(HttpRequest("GET", url("/echo", "localhost"))), "GET /echo\nbody ");
+
+  for (const char *host : {"127.0.0.2", "::1"}) {
+    httplib::Server other;
+    other.Get("/", [](const httplib::Request &, httplib::Response &res) { res.set_content("direct", "text/plain"); });
+    const ServerThread running(other, host);
+    if (running.port() == 0) continue;  // no IPv6 on this machine
+    const std::string name = std::string(host) == "::1" ? "[::1]" : host;
+    EXPECT_EQ(fetch(HttpRequest("GET", "http://" + name + ":" + std::to_string(running.port()) + "/")), "direct");
+  }
+}
+
+TEST(ProxySetting, ComesFromTheEnvironmentHttpsFirst) {
+  for (const char *name : {"https_proxy", "HTTPS_PROXY", "http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
+    unsetenv(name);
+  }
+  EXPECT_EQ(get_proxy(), nullptr);
+
+  setenv("all_proxy", "socks5://all:1080", 1);
+  setenv("http_proxy", "http://plain:3128", 1);
+  setenv("https_proxy", "", 1);
+  char *proxy = get_proxy();
+  ASSERT_NE(proxy, nullptr);
+  EXPECT_STREQ(proxy, "http://plain:3128");
+  clean_proxy_object(proxy);
+
+  setenv("HTTPS_PROXY", "http://secure:3128", 1);
+  proxy = get_proxy();
+  ASSERT_NE(proxy, nullptr);
+  EXPECT_STREQ(proxy, "http://secure:3128");
+  clean_proxy_object(proxy);
 }
 
 TEST_F(HttpRunnerTest, ManyThreadsEachWithTheirOwnRunner) {
@@ -181,40 +297,25 @@ TEST_F(HttpRunnerTest, ManyThreadsEachWithTheirOwnRunner) {
   EXPECT_EQ(good, 80);
 }
 
-TEST_F(HttpRunnerTest, LoopbackBypassesAConfiguredProxy) {
-  setenv("http_proxy", "http://127.0.0.1:1", 1);
-  long code = 0;
-  std::vector<char> body;
-  EXPECT_EQ(perform(HttpRequest("GET", url("/status/200")), &code, &body), 0);
-  EXPECT_EQ(code, 200);
-
-  char *proxy = get_proxy();
-  ASSERT_NE(proxy, nullptr);
-  EXPECT_STREQ(proxy, "http://127.0.0.1:1");
-  clean_proxy_object(proxy);
-  unsetenv("http_proxy");
-  EXPECT_EQ(get_proxy(), nullptr);
-}
-
 TEST(HttpRunnerTls, UntrustedCertificateIsRefused) {
   if (system("command -v openssl >/dev/null") != 0) GTEST_SKIP() << "no openssl to make a certificate";
-  const std::string dir = std::getenv("LUMENPRESS_DEVICE_ROOT");
-  const std::string cert = dir + "/cert.pem", key = dir + "/key.pem";
-  const std::string make = "openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 -keyout " + key +
-                           " -out " + cert + " >/dev/null 2>&1";
+  const std::string cert = deviceRootFile("cert.pem"), key = deviceRootFile("key.pem");
+  const std::string make =
+      "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 1 "
+      "-subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1 -keyout " +
+      key + " -out " + cert + " >/dev/null 2>&1";
   ASSERT_EQ(system(make.c_str()), 0);
   httplib::SSLServer server(cert.c_str(), key.c_str());
   ASSERT_TRUE(server.is_valid());
   server.Get("/", [](const httplib::Request &, httplib::Response &res) { res.set_content("secret", "text/plain"); });
-  const int port = server.bind_to_any_port("127.0.0.1");
-  std::thread thread([&] { server.listen_after_bind(); });
+  const ServerThread running(server, "127.0.0.1");
+  ASSERT_GT(running.port(), 0);
 
-  long code = 0;
+  long code = 99;
   std::vector<char> body;
   const int result = HttpRequestRunner().PerformRequest(
-      HttpRequest("GET", "https://127.0.0.1:" + std::to_string(port) + "/"), &code, &body, 10);
-  server.stop();
-  thread.join();
+      HttpRequest("GET", "https://127.0.0.1:" + std::to_string(running.port()) + "/"), &code, &body, 10);
   EXPECT_EQ(result, CURLE_PEER_FAILED_VERIFICATION);
+  EXPECT_EQ(code, 0);
   EXPECT_TRUE(body.empty());
 }

@@ -1,16 +1,13 @@
-// The device's proxy setting; a PC takes it from the usual environment variables.
+// The C face of the proxy setting.
 #include <cstdlib>
 #include <cstring>
-#include <initializer_list>
 
 #include "panelkit.h"
+#include "proxy_settings.h"
 
 extern "C" char *get_proxy(void) {
-  for (const char *name : {"https_proxy", "HTTPS_PROXY", "http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"}) {
-    const char *value = std::getenv(name);
-    if (value && *value) return strdup(value);
-  }
-  return nullptr;
+  const lumenpress::platform::ProxySettings settings;
+  return settings.configured() ? strdup(settings.proxy().c_str()) : nullptr;
 }
 
 extern "C" void clean_proxy_object(char *proxy) {

@@ -1,5 +1,7 @@
 #include "http_request.h"
 
+#include "lp_log.h"
+
 namespace lumenpress::utilities {
 
 namespace {
@@ -25,11 +27,20 @@ std::string percentEncode(const std::string &text) {
   return out;
 }
 
+bool hasLineBreak(const std::string &text) {
+  return text.find_first_of("\r\n") != std::string::npos;
+}
+
 }  // namespace
 
 HttpRequest::HttpRequest(const std::string &method, const std::string &url) : method_(method), url_(url) {}
 
 void HttpRequest::AddHeader(const std::string &name, const std::string &value) {
+  // Neither text goes to the log: the value may be a credential, and the name carries the break.
+  if (hasLineBreak(name) || hasLineBreak(value)) {
+    LP_LOG(LP_LOG_ERROR, "header with a line break refused");
+    return;
+  }
   headers_.emplace_back(name, value);
 }
 
@@ -47,7 +58,8 @@ std::string HttpRequest::encoded_url() const {
   const auto hash = url_.find('#');
   const std::string base = url_.substr(0, hash);
   const std::string fragment = hash == std::string::npos ? "" : url_.substr(hash);
-  const char *separator = base.find('?') == std::string::npos ? "?" : (base.back() == '?' ? "" : "&");
+  const char *separator = "?";
+  if (base.find('?') != std::string::npos) separator = base.back() == '?' || base.back() == '&' ? "" : "&";
   return base + separator + query_ + fragment;
 }
 

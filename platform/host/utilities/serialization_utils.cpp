@@ -49,7 +49,9 @@ std::string SerializationUtils::FromBase64(const std::string &text) {
   static const auto table = decodeTable();
   size_t length = text.size();
   while (length > 0 && text[length - 1] == '=') --length;
-  if (text.size() - length > 2 || length % 4 == 1) return {};
+  const size_t padding = text.size() - length;
+  // Padding, when present, must complete the last group of four.
+  if (padding > 2 || length % 4 == 1 || (padding > 0 && text.size() % 4 != 0)) return {};
   std::string out;
   out.reserve(length * 3 / 4);
   uint32_t buffer = 0;

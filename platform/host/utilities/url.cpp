@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 
 namespace lumenpress::utilities {
 
@@ -24,6 +25,24 @@ bool validScheme(const std::string &scheme) {
                      [](unsigned char c) { return std::isalnum(c) || c == '+' || c == '-' || c == '.'; });
 }
 
+bool isDigit(unsigned char c) {
+  return c >= '0' && c <= '9';
+}
+
+// A registered name or IPv4 address: letters, digits, percent escapes, the sub-delimiters,
+// and UTF-8 for internationalised names.
+bool validHostName(const std::string &host) {
+  return std::all_of(host.begin(), host.end(), [](unsigned char c) {
+    return std::isalnum(c) || c >= 0x80 || (c != 0 && std::strchr("-._~%!$&'()*+,;=", c) != nullptr);
+  });
+}
+
+bool validIpv6(const std::string &host) {
+  return host.find(':') != std::string::npos && std::all_of(host.begin(), host.end(), [](unsigned char c) {
+           return std::isxdigit(c) || c == ':' || c == '.';
+         });
+}
+
 int defaultPort(const std::string &scheme) {
   if (scheme == "http") return 80;
   if (scheme == "https") return 443;
@@ -42,6 +61,10 @@ std::string takeUntil(std::string *text, const char *separators) {
 
 Url::Url(const std::string &text) {
   valid_ = parse(trimmed(text));
+  if (valid_) return;
+  // Nothing of a rejected text may pass for a part of it, such as a host to compare.
+  scheme_ = user_info_ = host_ = path_ = query_ = fragment_ = std::string();
+  port_ = -1;
 }
 
 bool Url::parse(std::string text) {
@@ -69,12 +92,14 @@ bool Url::parseAuthority(const std::string &authority) {
     const auto close = rest.find(']');
     if (close == std::string::npos) return false;
     host_ = rest.substr(1, close - 1);
+    if (!validIpv6(host_)) return false;
     rest.erase(0, close + 1);
     if (!rest.empty() && rest[0] != ':') return false;
     if (!rest.empty()) port = rest.substr(1);
   } else {
     const auto colon = rest.find(':');
     host_ = rest.substr(0, colon);
+    if (!validHostName(host_)) return false;
     if (colon != std::string::npos) port = rest.substr(colon + 1);
   }
   host_ = lower(host_);
@@ -83,7 +108,7 @@ bool Url::parseAuthority(const std::string &authority) {
 }
 
 bool Url::parsePort(const std::string &text) {
-  if (text.empty() || text.size() > 5 || !std::all_of(text.begin(), text.end(), ::isdigit)) return false;
+  if (text.empty() || text.size() > 5 || !std::all_of(text.begin(), text.end(), isDigit)) return false;
   port_ = std::stoi(text);
   return port_ > 0 && port_ <= 65535;
 }

@@ -8,11 +8,14 @@ namespace lumenpress::utilities {
 
 namespace {
 
-// The agent goes into a header line: control characters would break the request.
+// The agent goes into a header line: control characters would break the request, and an
+// override of nothing but them must not leave a blank agent.
 std::string headerSafe(std::string text) {
   std::replace_if(
       text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7f; }, ' ');
-  return text;
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 std::string overrideFor(const std::string &host) {
