@@ -1,0 +1,38 @@
+// The control interface under "/_control/", for tests and for anyone trying failures by hand:
+// the request log, injected faults, and tokens issued or expired on demand.
+#ifndef DEVSTORE_CONTROL_ROUTES_H
+#define DEVSTORE_CONTROL_ROUTES_H
+
+#include <httplib.h>
+
+#include "database.h"
+#include "fault_injector.h"
+#include "request_log.h"
+#include "token_store.h"
+
+namespace devstore {
+
+class ControlRoutes {
+public:
+  static constexpr const char *kPrefix = "/_control/";
+
+  ControlRoutes(const Database *db, RequestLog *log, FaultInjector *faults, TokenStore *tokens);
+
+  void install(httplib::Server *server);
+
+private:
+  void addFault(const httplib::Request &request, httplib::Response &response);
+  void issueToken(const httplib::Request &request, httplib::Response &response);
+  void expireTokens(const httplib::Request &request, httplib::Response &response);
+
+  static void sendJson(httplib::Response &response, const Json::Value &value, int status = 200);
+
+  const Database *db_;
+  RequestLog *log_;
+  FaultInjector *faults_;
+  TokenStore *tokens_;
+};
+
+}  // namespace devstore
+
+#endif

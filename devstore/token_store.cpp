@@ -1,0 +1,62 @@
+#include "token_store.h"
+
+#include <openssl/rand.h>
+
+#include <ctime>
+
+#include "serialization_utils.h"
+
+namespace devstore {
+
+namespace {
+
+std::string randomToken() {
+  std::string bytes(24, '\0');
+  if (RAND_bytes(reinterpret_cast<unsigned char *>(bytes.data()), static_cast<int>(bytes.size())) != 1) return {};
+  return lumenpress::utilities::SerializationUtils::ToHex(bytes);
+}
+
+long long now() {
+  return static_cast<long long>(std::time(nullptr));
+}
+
+}  // namespace
+
+TokenStore::TokenStore(Database *db) : db_(db) {}
+
+std::optional<TokenStore::Pair> TokenStore::issue(long long customerId) {
+  Pair pair{randomToken(), randomToken()};
+  if (pair.access.empty() || pair.refresh.empty()) return std::nullopt;
+  const bool stored = db_->transaction([&] {
+    return db_->run("INSERT INTO tokens(token, customer_id, kind, expires_at) VALUES (?, ?, 'access', ?)",
+                    {pair.access, customerId, now() + kAccessLifetimeSeconds}) >= 0 &&
+           db_->run("INSERT INTO tokens(token, customer_id, kind, expires_at) VALUES (?, ?, 'refresh', ?)",
+                    {pair.refresh, customerId, now() + kRefreshLifetimeSeconds}) >= 0;
+  });
+  if (!stored) return std::nullopt;
+  return pair;
+}
+
+std::optional<long long> TokenStore::customerFor(const std::string &authorization) const {
+  static const std::string prefix = "Bearer ";
+  if (authorization.compare(0, prefix.size(), prefix) != 0) return std::nullopt;
+  const auto rows = db_->query("SELECT customer_id FROM tokens WHERE token = ? AND kind = 'access' AND expires_at > ?",
+                               {authorization.substr(prefix.size()), now()});
+  if (rows.empty()) return std::nullopt;
+  return rows.front().integer("customer_id");
+}
+
+int TokenStore::expire(const std::string &token) {
+  int expired = 0;
+  db_->transaction([&] {
+    const long long time = now();
+    const auto before = db_->query("SELECT COUNT(*) AS n FROM tokens WHERE expires_at > ? AND (? = '' OR token = ?)",
+                                   {time, token, token});
+    expired = before.empty() ? 0 : static_cast<int>(before.front().integer("n"));
+    return db_->run("UPDATE tokens SET expires_at = ? WHERE expires_at > ? AND (? = '' OR token = ?)",
+                    {time, time, token, token}) >= 0;
+  });
+  return expired;
+}
+
+}  // namespace devstore
