@@ -100,6 +100,8 @@ void StoreServer::truncateBody(httplib::Response &response) {
 void StoreServer::breakBody(httplib::Response &response) {
   response.body.resize(response.body.size() / 2);
   response.headers.erase("ETag");
+  response.headers.erase("Content-Length");
+  response.set_header("Content-Length", std::to_string(response.body.size()));
 }
 
 bool StoreServer::isControl(const httplib::Request &request) {

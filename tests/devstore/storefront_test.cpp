@@ -1,0 +1,246 @@
+// devstore as a client sees it: its seeded catalogue, its bearer-protected feeds and files,
+// and the control interface that tests use to see requests and make failures.
+#include <gtest/gtest.h>
+#include <pugixml.hpp>
+
+#include <curl/curl.h>
+
+#include <set>
+
+#include "devstore_process.h"
+
+using lumenpress::testing::DevstoreProcess;
+using lumenpress::testing::HttpAnswer;
+
+namespace {
+
+class StorefrontTest : public ::testing::Test {
+protected:
+  void SetUp() override { ASSERT_TRUE(store_.running()); }
+
+  // The feed at a path below the OPDS folder of de_de, parsed; fails the test unless 200.
+  pugi::xml_document feed(const std::string &path, const std::string &store = "de_de") {
+    const HttpAnswer answer = store_.get(store_.opds(store) + path);
+    EXPECT_EQ(answer.status, 200) << path << ": " << answer.body;
+    pugi::xml_document document;
+    EXPECT_TRUE(document.load_string(answer.body.c_str())) << path;
+    return document;
+  }
+
+  static int total(const pugi::xml_document &document) {
+    return document.child("feed").child("opensearch:totalResults").text().as_int();
+  }
+
+  static std::string nextLink(const pugi::xml_document &document) {
+    return document.select_node("/feed/link[@rel='next']").node().attribute("href").value();
+  }
+
+  DevstoreProcess store_;
+};
+
+TEST_F(StorefrontTest, SeedLooksLikeARealStore) {
+  const int ebooks = total(feed("list?name=popular"));
+  const int audio = total(feed("list?name=popular&kind=audio"));
+  EXPECT_GE(ebooks + audio, 300);
+  EXPECT_GT(audio, 20);
+
+  const auto genres = feed("genres");
+  std::set<std::string> top;
+  int children = 0;
+  for (const auto &entry : genres.select_nodes("/feed/entry")) {
+    const std::string id = entry.node().child_value("id");
+    const auto mark = id.find(":genres::");
+    ASSERT_NE(mark, std::string::npos) << id;
+    id.find("::", mark + 9) == std::string::npos ? void(top.insert(id)) : void(++children);
+  }
+  EXPECT_GE(top.size(), 12u);
+  EXPECT_GE(children, 24);
+
+  const auto popular = feed("list?name=popular");
+  std::set<std::string> languages;
+  for (const auto &entry : popular.select_nodes("/feed/entry"))
+    languages.insert(entry.node().child_value("dc:language"));
+  EXPECT_GE(languages.size(), 3u);
+  EXPECT_EQ(total(feed("list?name=free")), total(feed("list?name=free", "en_us")));
+  EXPECT_GT(total(feed("list?name=free")), 5);
+}
+
+TEST_F(StorefrontTest, EachStoreHasItsOwnPricesAndCurrency) {
+  std::set<std::string> prices;
+  for (const char *store : {"de_de", "en_us", "uk_ua"}) {
+    const auto item = feed("item?id=2", store);
+    const auto price = item.select_node("//link[@rel='http://opds-spec.org/acquisition/buy']/opds:price").node();
+    ASSERT_TRUE(price) << store;
+    prices.insert(std::string(price.attribute("currencycode").value()) + " " + price.child_value());
+  }
+  EXPECT_EQ(prices.size(), 3u);
+  EXPECT_EQ(prices.count("EUR " + prices.begin()->substr(4)), 1u);
+}
+
+TEST_F(StorefrontTest, PagesOfTwentyFollowNextToTheEnd) {
+  std::string path = "genre?id=fiction";
+  int entries = 0;
+  int pages = 0;
+  int expected = 0;
+  while (!path.empty() && pages < 20) {
+    const auto page = feed(path);
+    expected = total(page);
+    const auto count = page.select_nodes("/feed/entry").size();
+    entries += static_cast<int>(count);
+    ++pages;
+    path = nextLink(page);
+    if (!path.empty()) {
+      EXPECT_EQ(count, 20u);
+    }
+  }
+  EXPECT_EQ(entries, expected);
+  EXPECT_GT(pages, 1);
+  EXPECT_EQ(store_.get(store_.opds() + "genre?id=fiction&page=99").status, 200);
+}
+
+TEST_F(StorefrontTest, SignedInFeedsAndFilesNeedABearerToken) {
+  EXPECT_EQ(store_.get(store_.opds() + "purchased").status, 401);
+  EXPECT_EQ(store_.get(store_.opds() + "wishlist", {"Authorization: Bearer nonsense"}).status, 401);
+  const std::string token = store_.accessToken();
+  ASSERT_FALSE(token.empty());
+  const std::vector<std::string> auth = {"Authorization: Bearer " + token};
+
+  const HttpAnswer purchased = store_.get(store_.opds() + "purchased", auth);
+  ASSERT_EQ(purchased.status, 200);
+  pugi::xml_document owned;
+  owned.load_string(purchased.body.c_str());
+  EXPECT_EQ(owned.select_nodes("/feed/entry").size(), 4u);
+  EXPECT_EQ(store_.get(store_.opds() + "wishlist", auth).status, 200);
+
+  // A paid book: refused without a token, and to a customer who has not bought it.
+  EXPECT_EQ(store_.get("/de_de/lpress/download?id=2").status, 401);
+  EXPECT_EQ(store_.get("/de_de/lpress/download?id=2", auth).status, 403);
+
+  const auto token_link =
+      owned.select_node("//link[@type='application/vnd.adobe.adept+xml']").node().attribute("href").value();
+  const HttpAnswer acsm = store_.get(store_.opds() + token_link, auth);
+  ASSERT_EQ(acsm.status, 200) << token_link;
+  pugi::xml_document fulfilment;
+  ASSERT_TRUE(fulfilment.load_string(acsm.body.c_str()));
+  const std::string source = fulfilment.child("fulfillmentToken").child_value("src");
+  const HttpAnswer book = store_.get(source);
+  EXPECT_EQ(book.status, 200) << source;
+  EXPECT_EQ(book.body.substr(0, 2), "PK");
+
+  store_.send("POST", "/_control/tokens/expire", "{\"token\":\"" + token + "\"}");
+  EXPECT_EQ(store_.get(store_.opds() + "purchased", auth).status, 401);
+}
+
+TEST_F(StorefrontTest, FreeBooksAndSamplesNeedNoSignIn) {
+  const auto free = feed("list?name=free");
+  const std::string href =
+      free.select_node("//link[@rel='http://opds-spec.org/acquisition/open-access']").node().attribute("href").value();
+  const HttpAnswer book = store_.get(store_.opds() + href);
+  ASSERT_EQ(book.status, 200) << href;
+  EXPECT_EQ(book.body.substr(0, 2), "PK");
+
+  const auto paid = feed("item?id=2");
+  const std::string sample =
+      paid.select_node("//link[@rel='http://opds-spec.org/acquisition/sample']").node().attribute("href").value();
+  EXPECT_EQ(store_.get(store_.opds() + sample).status, 200);
+  EXPECT_EQ(store_.get("/covers/2.jpg").body.substr(0, 3), "\xff\xd8\xff");
+}
+
+TEST_F(StorefrontTest, BadRequestsGetClearAnswers) {
+  EXPECT_EQ(store_.get(store_.opds() + "genre?id=fiction&page=abc").status, 400);
+  EXPECT_EQ(store_.get(store_.opds() + "genre?id=fiction&sort=sideways").status, 400);
+  EXPECT_EQ(store_.get(store_.opds() + "genre?id=no-such-genre").status, 404);
+  EXPECT_EQ(store_.get(store_.opds() + "item?id=999999").status, 404);
+  EXPECT_EQ(store_.get(store_.opds() + "item?id=abc").status, 404);
+  EXPECT_EQ(store_.get(store_.opds() + "nothing").status, 404);
+  EXPECT_EQ(store_.get("/xx_xx/lpress/opds/home").status, 404);
+  EXPECT_EQ(store_.get("/covers/999999.jpg").status, 404);
+}
+
+TEST_F(StorefrontTest, InjectedFaultsHitTheirPathAsOftenAsAsked) {
+  const std::string home = store_.opds() + "home";
+  Json::Value failing;
+  failing["path"] = "/de_de/lpress/opds/home";
+  failing["count"] = 2;
+  failing["status"] = 500;
+  ASSERT_TRUE(store_.addFault(failing));
+  EXPECT_EQ(store_.get(home).status, 500);
+  EXPECT_EQ(store_.get(store_.opds() + "genres").status, 200);
+  EXPECT_EQ(store_.get(home).status, 500);
+  EXPECT_EQ(store_.get(home).status, 200);
+
+  const auto fault = [&](const char *kind) {
+    Json::Value value;
+    value["path"] = "/de_de/lpress/opds/home";
+    value[kind] = true;
+    return store_.addFault(value);
+  };
+  ASSERT_TRUE(fault("drop"));
+  EXPECT_NE(store_.get(home).error, 0);
+  ASSERT_TRUE(fault("truncate"));
+  EXPECT_EQ(store_.get(home).error, CURLE_PARTIAL_FILE);
+  ASSERT_TRUE(fault("break"));
+  const HttpAnswer broken = store_.get(home);
+  EXPECT_EQ(broken.status, 200);
+  EXPECT_FALSE(pugi::xml_document().load_string(broken.body.c_str()));
+
+  Json::Value slow;
+  slow["path"] = "/de_de/lpress/opds/home";
+  slow["delay_ms"] = 2500;
+  ASSERT_TRUE(store_.addFault(slow));
+  EXPECT_EQ(store_.get(home, {}, 1).error, CURLE_OPERATION_TIMEDOUT);
+
+  EXPECT_EQ(store_.send("POST", "/_control/faults", "{\"path\":\"/x\"}").status, 400);
+  EXPECT_EQ(store_.send("POST", "/_control/faults", "not json").status, 400);
+}
+
+TEST_F(StorefrontTest, RequestLogShowsWhatWentOnTheWire) {
+  store_.clearRequests();
+  store_.get(store_.opds() + "search?q=silent%20river", {"Authorization: Bearer abc"});
+  store_.send("POST", "/de_de/lpress/opds/suggest/?q=Sil", "");
+  const Json::Value log = store_.requests();
+  ASSERT_EQ(log.size(), 2u);
+  EXPECT_EQ(log[0]["path"].asString(), "/de_de/lpress/opds/search");
+  EXPECT_EQ(log[0]["query"]["q"].asString(), "silent river");
+  EXPECT_EQ(log[0]["authorization"].asString(), "Bearer abc");
+  EXPECT_EQ(log[0]["status"].asInt(), 200);
+  EXPECT_EQ(log[1]["method"].asString(), "POST");
+  store_.clearRequests();
+  EXPECT_EQ(store_.requests().size(), 0u);
+}
+
+TEST_F(StorefrontTest, SuggestionsOfferTermsAndBooksWithTheirFeeds) {
+  const HttpAnswer answer = store_.send("POST", "/de_de/lpress/opds/suggest/?q=Sil", "");
+  ASSERT_EQ(answer.status, 200);
+  Json::Value list;
+  ASSERT_TRUE(Json::Reader().parse(answer.body, list));
+  ASSERT_TRUE(list.isArray());
+  std::set<std::string> types;
+  for (const auto &item : list) {
+    types.insert(item["type"].asString());
+    if (item["type"] == "term") {
+      EXPECT_NE(item["title"].asString().find("Sil"), std::string::npos);
+    }
+    if (item["type"] != "product") continue;
+    EXPECT_EQ(store_.get(item["urlOpds"].asString()).status, 200);
+    EXPECT_EQ(store_.get(item["image"].asString()).status, 200);
+  }
+  EXPECT_EQ(types, (std::set<std::string>{"term", "product"}));
+  EXPECT_EQ(store_.get("/de_de/lpress/opds/suggest/?q=").body, "[]");
+}
+
+TEST(StorefrontRestart, KeepsItsDataAndTokens) {
+  const std::string data = std::string(std::getenv("LUMENPRESS_DEVICE_ROOT")) + "/kept";
+  std::string token;
+  {
+    DevstoreProcess first(data);
+    ASSERT_TRUE(first.running());
+    token = first.accessToken();
+  }
+  DevstoreProcess second(data);
+  ASSERT_TRUE(second.running());
+  EXPECT_EQ(second.get(second.opds() + "purchased", {"Authorization: Bearer " + token}).status, 200);
+  EXPECT_EQ(second.get("/covers/1.jpg").status, 200);
+}
+
+}  // namespace
