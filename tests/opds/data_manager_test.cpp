@@ -8,11 +8,13 @@
 #include <mutex>
 #include <thread>
 
+#include "catalogue_recorder.h"
 #include "device_path.h"
 #include "opds/data_manager.h"
 #include "opds/last_search.h"
 
 using namespace lumenpress::opds;
+using lumenpress::testing::CatalogueRecorder;
 
 namespace {
 
@@ -35,27 +37,6 @@ std::string feedXml(const std::string &title, int first, int count, const std::s
   for (int i = first; i < first + count; ++i) xml += entryXml("book-" + std::to_string(i), "Book " + std::to_string(i));
   return xml + "</feed>";
 }
-
-class Recorder : public IDataManagerCallback {
-public:
-  void ListLoaded(int error, std::shared_ptr<ItemsList> list) override {
-    std::lock_guard<std::mutex> lock(mutex);
-    loaded.emplace_back(error, list);
-  }
-  void DownloadProgress(std::shared_ptr<OPDS::Entry>, int) override {}
-  void BookLoaded(int error, std::shared_ptr<OPDS::Entry> entry, const std::string &file) override {
-    books.push_back({error, entry, file});
-  }
-
-  struct Book {
-    int error;
-    std::shared_ptr<OPDS::Entry> entry;
-    std::string file;
-  };
-  std::mutex mutex;
-  std::vector<std::pair<int, std::shared_ptr<ItemsList>>> loaded;
-  std::vector<Book> books;
-};
 
 class DataManagerTest : public ::testing::Test {
 protected:
@@ -133,23 +114,17 @@ protected:
 
   std::string url(const std::string &path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
 
-  // Runs the result queue as the application's timer would, until the condition holds.
   static bool pump(DataManager &manager, const std::function<bool()> &done) {
-    for (int i = 0; i < 2000 && !done(); ++i) {
-      manager.ProcessResults();
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return done();
+    return CatalogueRecorder::pump(manager, done);
   }
-
-  static bool loaded(const std::shared_ptr<ItemsList> &list) { return list && !list->loading; }
+  static bool loaded(const std::shared_ptr<ItemsList> &list) { return CatalogueRecorder::loaded(list); }
 
   httplib::Server server_;
   int port_ = 0;
   std::thread thread_;
   std::mutex requests_mutex_;
   std::vector<std::string> requests_;
-  Recorder recorder_;
+  CatalogueRecorder recorder_;
 };
 
 }  // namespace
@@ -162,12 +137,12 @@ TEST_F(DataManagerTest, ListLoadsOnTheWorkersAndArrivesOnlyThroughProcessResults
   EXPECT_TRUE(list->loading);
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   EXPECT_TRUE(list->loading) << "results wait for ProcessResults";
-  EXPECT_TRUE(recorder_.loaded.empty());
+  EXPECT_TRUE(recorder_.lists.empty());
 
   ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
-  ASSERT_EQ(recorder_.loaded.size(), 1u);
-  EXPECT_EQ(recorder_.loaded[0].first, 0);
-  EXPECT_EQ(recorder_.loaded[0].second, list);
+  ASSERT_EQ(recorder_.lists.size(), 1u);
+  EXPECT_EQ(recorder_.lists[0].first, 0);
+  EXPECT_EQ(recorder_.lists[0].second, list);
   EXPECT_EQ(list->entries.size(), 20u);
   EXPECT_EQ(list->getTitle(), "Home");
   EXPECT_EQ(std::string(list->Feeds()[0]->total_results), "45");
@@ -200,9 +175,9 @@ TEST_F(DataManagerTest, FailuresEndTheLoadWithTheirError) {
   auto failing = manager.GetList(url("/status/500"));
   auto broken = manager.GetList(url("/broken"));
   auto refused = manager.GetList("http://127.0.0.1:1/home");
-  ASSERT_TRUE(pump(manager, [&] { return recorder_.loaded.size() == 4; }));
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.lists.size() == 4; }));
   std::map<std::string, int> errors;
-  for (const auto &[error, list] : recorder_.loaded) errors[list->url] = error;
+  for (const auto &[error, list] : recorder_.lists) errors[list->url] = error;
   EXPECT_EQ(errors[url("/status/401")], 401);
   EXPECT_EQ(errors[url("/status/500")], 500);
   EXPECT_NE(errors[url("/broken")], 0);
@@ -219,8 +194,8 @@ TEST_F(DataManagerTest, StalledServerTimesOut) {
   manager.Init();
   auto list = manager.GetList(url("/stalled"));
   ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
-  ASSERT_EQ(recorder_.loaded.size(), 1u);
-  EXPECT_NE(recorder_.loaded[0].first, 0);
+  ASSERT_EQ(recorder_.lists.size(), 1u);
+  EXPECT_NE(recorder_.lists[0].first, 0);
   EXPECT_TRUE(list->entries.empty());
 }
 
@@ -229,7 +204,7 @@ TEST_F(DataManagerTest, ManyListsLoadAtOnce) {
   manager.Init();
   std::vector<std::shared_ptr<ItemsList>> lists;
   for (int i = 0; i < 30; ++i) lists.push_back(manager.GetList(url("/list/" + std::to_string(i))));
-  ASSERT_TRUE(pump(manager, [&] { return recorder_.loaded.size() == 30; }));
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.lists.size() == 30; }));
   for (size_t i = 0; i < lists.size(); ++i) {
     EXPECT_EQ(lists[i]->getTitle(), "List " + std::to_string(i));
     EXPECT_EQ(lists[i]->entries.size(), 3u);
@@ -327,8 +302,8 @@ TEST_F(DataManagerTest, PublicCataloguesLoadThroughTheSameManager) {
       lists[file.path().filename()] = manager.GetList(url("/samples/" + file.path().filename().string()));
   }
   ASSERT_GT(lists.size(), 10u);
-  ASSERT_TRUE(pump(manager, [&] { return recorder_.loaded.size() == lists.size(); }));
-  for (const auto &[error, list] : recorder_.loaded) {
+  ASSERT_TRUE(pump(manager, [&] { return recorder_.lists.size() == lists.size(); }));
+  for (const auto &[error, list] : recorder_.lists) {
     const bool malformed = list->url.find("malformed") != std::string::npos;
     EXPECT_EQ(error != 0, malformed) << list->url;
     EXPECT_FALSE(list->loading);
