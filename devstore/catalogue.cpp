@@ -217,6 +217,12 @@ std::optional<std::string> Catalogue::seriesTitle(long long id) const {
   return rows.front().text("title");
 }
 
+std::optional<std::string> Catalogue::cover(long long bookId) const {
+  const auto rows = db_->query("SELECT jpeg FROM covers WHERE book_id = ?", {bookId});
+  if (rows.empty()) return std::nullopt;
+  return rows.front().text("jpeg");
+}
+
 std::optional<std::string> Catalogue::purchase(long long bookId, long long customerId, const std::string &key) const {
   const auto rows = db_->query(
       "SELECT fulfilment_key FROM purchases WHERE book_id = ? AND (customer_id = ? OR (? != '' AND fulfilment_key = "

@@ -38,6 +38,8 @@ public:
   // The series of the week: the first one of books of that kind.
   std::optional<long long> firstSeries(const std::string &kind) const;
 
+  // JPEG bytes of a book's cover.
+  std::optional<std::string> cover(long long bookId) const;
   // The fulfilment key of a purchase of the book by the customer, or by whoever holds the key.
   std::optional<std::string> purchase(long long bookId, long long customerId, const std::string &key) const;
 

@@ -20,6 +20,8 @@ void bind(sqlite3_stmt *statement, int index, const SqlValue &value) {
     sqlite3_bind_double(statement, index, *d);
   } else if (const auto *s = std::get_if<std::string>(&value)) {
     sqlite3_bind_text(statement, index, s->data(), static_cast<int>(s->size()), SQLITE_TRANSIENT);
+  } else if (const auto *b = std::get_if<SqlBlob>(&value)) {
+    sqlite3_bind_blob(statement, index, b->bytes.data(), static_cast<int>(b->bytes.size()), SQLITE_TRANSIENT);
   } else {
     sqlite3_bind_null(statement, index);
   }
@@ -33,6 +35,10 @@ SqlValue column(sqlite3_stmt *statement, int index) {
       return sqlite3_column_double(statement, index);
     case SQLITE_NULL:
       return nullptr;
+    case SQLITE_BLOB: {
+      const auto *bytes = static_cast<const char *>(sqlite3_column_blob(statement, index));
+      return SqlBlob{std::string(bytes, sqlite3_column_bytes(statement, index))};
+    }
     default: {
       const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, index));
       return std::string(text, sqlite3_column_bytes(statement, index));

@@ -1,8 +1,6 @@
 #include "opds_routes.h"
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 #include "book_files.h"
 #include "json_text.h"
@@ -70,8 +68,7 @@ std::string contentDisposition(const std::string &name) {
 
 }  // namespace
 
-OpdsRoutes::OpdsRoutes(const Catalogue *catalogue, const TokenStore *tokens, std::string coverFolder)
-    : catalogue_(catalogue), tokens_(tokens), cover_folder_(std::move(coverFolder)) {}
+OpdsRoutes::OpdsRoutes(const Catalogue *catalogue, const TokenStore *tokens) : catalogue_(catalogue), tokens_(tokens) {}
 
 void OpdsRoutes::install(httplib::Server *server) {
   const std::string store = kStorePattern;
@@ -191,12 +188,11 @@ void OpdsRoutes::serveFile(const httplib::Request &request, httplib::Response &r
 }
 
 void OpdsRoutes::serveCover(const httplib::Request &request, httplib::Response &response) const {
-  std::ifstream in(cover_folder_ + "/" + std::string(request.matches[1]) + ".jpg", std::ios::binary);
-  if (!in) return sendError(response, 404, "no such cover");
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
+  const std::string id = request.matches[1];
+  const auto jpeg = id.size() < 18 ? catalogue_->cover(std::stoll(id)) : std::nullopt;
+  if (!jpeg) return sendError(response, 404, "no such cover");
   response.set_header("Cache-Control", "max-age=86400");
-  sendVersioned(request, response, bytes.str(), "image/jpeg");
+  sendVersioned(request, response, *jpeg, "image/jpeg");
 }
 
 void OpdsRoutes::serveIndex(const httplib::Request &request, httplib::Response &response) const {

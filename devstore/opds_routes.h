@@ -16,7 +16,7 @@ namespace devstore {
 
 class OpdsRoutes {
 public:
-  OpdsRoutes(const Catalogue *catalogue, const TokenStore *tokens, std::string coverFolder);
+  OpdsRoutes(const Catalogue *catalogue, const TokenStore *tokens);
 
   void install(httplib::Server *server);
 
@@ -39,7 +39,6 @@ private:
 
   const Catalogue *catalogue_;
   const TokenStore *tokens_;
-  std::string cover_folder_;
 };
 
 }  // namespace devstore

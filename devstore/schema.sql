@@ -56,6 +56,11 @@ CREATE TABLE IF NOT EXISTS books (
 CREATE INDEX IF NOT EXISTS books_genre ON books(genre_id);
 CREATE INDEX IF NOT EXISTS books_series ON books(series_id);
 
+CREATE TABLE IF NOT EXISTS covers (
+  book_id INTEGER PRIMARY KEY REFERENCES books(id),
+  jpeg BLOB NOT NULL
+);
+
 CREATE TABLE IF NOT EXISTS prices (
   store_code TEXT NOT NULL REFERENCES stores(code),
   book_id INTEGER NOT NULL REFERENCES books(id),

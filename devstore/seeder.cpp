@@ -2,8 +2,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 
 #include "cover_painter.h"
 #include "password_hasher.h"
@@ -13,7 +11,6 @@ namespace devstore {
 
 namespace {
 
-namespace fs = std::filesystem;
 namespace words = vocabulary;
 
 // A price in a store's currency: cents end in .99, hryvnias are whole.
@@ -32,12 +29,12 @@ const char *const kSeriesGenres[] = {"epic-fantasy", "detective",     "space-ope
 
 }  // namespace
 
-Seeder::Seeder(Database *db, std::string coverFolder) : db_(db), cover_folder_(std::move(coverFolder)) {}
+Seeder::Seeder(Database *db) : db_(db) {}
 
 bool Seeder::seedIfEmpty() {
   if (!db_->query("SELECT code FROM stores LIMIT 1").empty()) return true;
   std::fprintf(stderr, "devstore: seeding a new catalogue\n");
-  return db_->transaction([this] { return seedCatalogue(); }) && paintCovers();
+  return db_->transaction([this] { return seedCatalogue() && paintCovers(); });
 }
 
 bool Seeder::seedCatalogue() {
@@ -205,17 +202,15 @@ bool Seeder::seedCustomer() {
 }
 
 bool Seeder::paintCovers() {
-  std::error_code error;
-  fs::create_directories(cover_folder_, error);
   const auto books = db_->query(
       "SELECT b.id, b.title, a.name, b.cover_width, b.cover_height FROM books b JOIN authors a ON a.id = b.author_id");
   for (const auto &book : books) {
     const std::string jpeg =
         CoverPainter::paint(book.text("title"), book.text("name"), static_cast<int>(book.integer("cover_width")),
                             static_cast<int>(book.integer("cover_height")), static_cast<int>(book.integer("id") * 47));
-    std::ofstream out(cover_folder_ + "/" + book.text("id") + ".jpg", std::ios::binary);
-    if (jpeg.empty() || !out.write(jpeg.data(), static_cast<std::streamsize>(jpeg.size()))) {
-      std::fprintf(stderr, "devstore: cannot write the cover of book %s\n", book.text("id").c_str());
+    if (jpeg.empty() ||
+        db_->run("INSERT INTO covers(book_id, jpeg) VALUES (?, ?)", {book.integer("id"), SqlBlob{jpeg}}) < 0) {
+      std::fprintf(stderr, "devstore: cannot store the cover of book %s\n", book.text("id").c_str());
       return false;
     }
   }

@@ -19,7 +19,7 @@ public:
   static constexpr const char *kCustomerEmail = "reader@example.com";
   static constexpr const char *kCustomerPassword = "reader";
 
-  Seeder(Database *db, std::string coverFolder);
+  explicit Seeder(Database *db);
 
   // Seeds a database without stores; one that has them is left as it is. False when a
   // write failed, and then nothing of the seed is kept.
@@ -54,7 +54,6 @@ private:
   std::string isbn(long long bookId) const;
 
   Database *db_;
-  std::string cover_folder_;
   std::mt19937 random_{20261123};
   std::vector<long long> leaf_genres_;
   std::vector<long long> author_ids_;

@@ -18,6 +18,7 @@ const SqlValue &SqlRow::value(const char *column) const {
 std::string SqlRow::text(const char *column) const {
   const SqlValue &v = value(column);
   if (const auto *s = std::get_if<std::string>(&v)) return *s;
+  if (const auto *b = std::get_if<SqlBlob>(&v)) return b->bytes;
   if (const auto *i = std::get_if<long long>(&v)) return std::to_string(*i);
   if (const auto *d = std::get_if<double>(&v)) {
     std::ostringstream out;

@@ -9,7 +9,12 @@
 
 namespace devstore {
 
-using SqlValue = std::variant<std::nullptr_t, long long, double, std::string>;
+// Bytes that are no text, such as an image.
+struct SqlBlob {
+  std::string bytes;
+};
+
+using SqlValue = std::variant<std::nullptr_t, long long, double, std::string, SqlBlob>;
 
 class SqlRow {
 public:

@@ -12,8 +12,7 @@ const char kFaultHeader[] = "X-Devstore-Fault";
 
 }  // namespace
 
-StoreServer::StoreServer(const Options &options)
-    : options_(options), opds_(&catalogue_, &tokens_, options.data + "/covers") {}
+StoreServer::StoreServer(const Options &options) : options_(options), opds_(&catalogue_, &tokens_) {}
 
 bool StoreServer::open(std::string *error) {
   std::error_code created;
@@ -23,7 +22,7 @@ bool StoreServer::open(std::string *error) {
     return false;
   }
   if (!db_.open(options_.data + "/devstore.sqlite", error)) return false;
-  if (!Seeder(&db_, options_.data + "/covers").seedIfEmpty()) {
+  if (!Seeder(&db_).seedIfEmpty()) {
     *error = "the catalogue could not be seeded";
     return false;
   }

@@ -1,0 +1,166 @@
+// devstore's parts where a fault would not show through HTTP at once: the seed's sameness,
+// passwords, fault counting, archives and the command line.
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <map>
+
+#include "database.h"
+#include "fault_injector.h"
+#include "options.h"
+#include "password_hasher.h"
+#include "seeder.h"
+#include "zip_writer.h"
+
+using namespace devstore;
+
+namespace {
+
+std::string root() {
+  return std::getenv("LUMENPRESS_DEVICE_ROOT");
+}
+
+uint32_t read32(const std::string &data, size_t at) {
+  uint32_t value = 0;
+  for (int i = 3; i >= 0; --i) value = (value << 8) | static_cast<unsigned char>(data[at + i]);
+  return value;
+}
+
+uint16_t read16(const std::string &data, size_t at) {
+  return static_cast<uint16_t>(static_cast<unsigned char>(data[at]) | static_cast<unsigned char>(data[at + 1]) << 8);
+}
+
+// Reads an archive back through its central directory, as an unzip tool does.
+std::map<std::string, std::string> unzip(const std::string &zip) {
+  std::map<std::string, std::string> files;
+  const size_t end = zip.size() - 22;
+  EXPECT_EQ(read32(zip, end), 0x06054b50u);
+  size_t entry = read32(zip, end + 16);
+  for (int i = 0; i < read16(zip, end + 10); ++i) {
+    EXPECT_EQ(read32(zip, entry), 0x02014b50u);
+    const uint16_t method = read16(zip, entry + 10);
+    const uint32_t crc = read32(zip, entry + 16);
+    const uint32_t packed = read32(zip, entry + 20);
+    const uint32_t size = read32(zip, entry + 24);
+    const uint16_t nameLength = read16(zip, entry + 28);
+    const std::string name = zip.substr(entry + 46, nameLength);
+    const size_t local = read32(zip, entry + 42);
+    const size_t data = local + 30 + read16(zip, local + 26) + read16(zip, local + 28);
+    std::string content(size, '\0');
+    if (method == 0) {
+      content = zip.substr(data, packed);
+    } else {
+      z_stream stream{};
+      inflateInit2(&stream, -MAX_WBITS);
+      stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(zip.data() + data));
+      stream.avail_in = packed;
+      stream.next_out = reinterpret_cast<Bytef *>(content.data());
+      stream.avail_out = size;
+      EXPECT_EQ(inflate(&stream, Z_FINISH), Z_STREAM_END) << name;
+      inflateEnd(&stream);
+    }
+    EXPECT_EQ(crc32(0, reinterpret_cast<const Bytef *>(content.data()), size), crc) << name;
+    files[name] = content;
+    entry += 46 + nameLength;
+  }
+  return files;
+}
+
+std::vector<std::string> catalogueOf(const std::string &folder) {
+  std::filesystem::create_directories(folder);
+  Database db;
+  std::string error;
+  EXPECT_TRUE(db.open(folder + "/db.sqlite", &error)) << error;
+  EXPECT_TRUE(Seeder(&db).seedIfEmpty());
+  EXPECT_TRUE(Seeder(&db).seedIfEmpty()) << "a seeded database is left alone";
+  std::vector<std::string> rows;
+  for (const auto &row : db.query("SELECT b.id, b.title, p.store_code, p.price FROM books b JOIN prices p ON "
+                                  "p.book_id = b.id ORDER BY b.id, p.store_code")) {
+    rows.push_back(row.text("id") + " " + row.text("title") + " " + row.text("store_code") + " " + row.text("price"));
+  }
+  return rows;
+}
+
+}  // namespace
+
+TEST(Seeder, EverySeedIsTheSameCatalogue) {
+  const auto first = catalogueOf(root() + "/a");
+  EXPECT_EQ(first.size(), static_cast<size_t>(Seeder::kBookCount) * 3);
+  EXPECT_EQ(first, catalogueOf(root() + "/b"));
+}
+
+TEST(PasswordHasher, VerifiesOnlyTheRightPasswordAndSaltsEachHash) {
+  const std::string stored = PasswordHasher::hash("pässwörd");
+  EXPECT_TRUE(PasswordHasher::verify("pässwörd", stored));
+  EXPECT_FALSE(PasswordHasher::verify("passwörd", stored));
+  EXPECT_FALSE(PasswordHasher::verify("", stored));
+  EXPECT_NE(PasswordHasher::hash("pässwörd"), stored);
+  for (const char *broken : {"", "pässwörd", "md5$1$00$00", "pbkdf2-sha256$0$00$00", "pbkdf2-sha256$10$zz$"}) {
+    EXPECT_FALSE(PasswordHasher::verify("pässwörd", broken)) << broken;
+  }
+}
+
+TEST(FaultInjector, MatchesPathPrefixesAndCountsDown) {
+  FaultInjector faults;
+  std::string error;
+  Json::Value fault;
+  fault["path"] = "/de_de/lpress/opds/genre";
+  fault["count"] = 2;
+  fault["status"] = 503;
+  ASSERT_TRUE(faults.add(fault, &error)) << error;
+  EXPECT_FALSE(faults.take("/de_de/lpress/opds/home"));
+  EXPECT_EQ(faults.take("/de_de/lpress/opds/genres")->status, 503);
+  EXPECT_EQ(faults.take("/de_de/lpress/opds/genre")->kind, "status");
+  EXPECT_FALSE(faults.take("/de_de/lpress/opds/genre"));
+
+  for (const char *bad : {R"({"status":500})", R"({"path":"/x"})", R"({"path":"/x","status":99})",
+                          R"({"path":"/x","drop":true,"count":0})", "[]"}) {
+    Json::Value value;
+    Json::Reader().parse(bad, value);
+    EXPECT_FALSE(faults.add(value, &error)) << bad;
+  }
+  faults.stop();
+  EXPECT_FALSE(faults.delay(10000)) << "a stopping server cuts delays short";
+}
+
+TEST(ZipWriter, ArchivesReadBackWhole) {
+  ZipWriter zip;
+  std::string binary(70000, '\0');
+  for (size_t i = 0; i < binary.size(); ++i) binary[i] = static_cast<char>(i * 7 % 251);
+  zip.add("mimetype", "application/epub+zip", false);
+  zip.add("OEBPS/Kapitel über.xhtml", "<p>Grüße</p>");
+  zip.add("data.bin", binary);
+  zip.add("empty", "");
+  const auto files = unzip(zip.finish());
+  EXPECT_EQ(files.size(), 4u);
+  EXPECT_EQ(files.at("mimetype"), "application/epub+zip");
+  EXPECT_EQ(files.at("OEBPS/Kapitel über.xhtml"), "<p>Grüße</p>");
+  EXPECT_EQ(files.at("data.bin"), binary);
+  EXPECT_EQ(files.at("empty"), "");
+}
+
+TEST(Options, NeedsAPortAndAFolder) {
+  const auto parse = [](std::vector<const char *> args) {
+    args.insert(args.begin(), "devstore");
+    std::string error;
+    return Options::parse(static_cast<int>(args.size()), const_cast<char **>(args.data()), &error);
+  };
+  const auto options = parse({"--port", "8080", "--data", "/tmp/store"});
+  ASSERT_TRUE(options);
+  EXPECT_EQ(options->port, 8080);
+  EXPECT_EQ(options->data, "/tmp/store");
+  EXPECT_TRUE(parse({"--data", "d", "--port", "0"}));
+  for (const auto &bad : std::vector<std::vector<const char *>>{{},
+                                                                {"--port", "80"},
+                                                                {"--data", "d"},
+                                                                {"--port", "70000", "--data", "d"},
+                                                                {"--port", "8x", "--data", "d"},
+                                                                {"--port", "-1", "--data", "d"},
+                                                                {"--port", "1", "--data", "d", "--host"},
+                                                                {"--verbose"}}) {
+    EXPECT_FALSE(parse(bad));
+  }
+}
