@@ -31,7 +31,7 @@ int main(int argc, char **argv) {
   }
   const sigset_t stopSet = stopSignals();
   // Covers are drawn with Qt's fonts, which need an application, though no display.
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_QPA_PLATFORM", "minimal:enable_fonts");
   QGuiApplication app(argc, argv);
 
   devstore::StoreServer server(*options);
