@@ -4,6 +4,7 @@
 
 #include "book_files.h"
 #include "json_text.h"
+#include "url_encoding.h"
 
 namespace devstore {
 
@@ -51,19 +52,8 @@ std::string fnv1a(const std::string &text) {
 
 std::string contentDisposition(const std::string &name) {
   std::string ascii;
-  std::string encoded;
-  static const char hex[] = "0123456789ABCDEF";
-  for (unsigned char c : name) {
-    ascii += (c < 0x80 && c != '"' && c != '\\') ? static_cast<char>(c) : '_';
-    if (std::isalnum(c) || c == '.' || c == '-' || c == '_') {
-      encoded += static_cast<char>(c);
-    } else {
-      encoded += '%';
-      encoded += hex[c >> 4];
-      encoded += hex[c & 15];
-    }
-  }
-  return "attachment; filename=\"" + ascii + "\"; filename*=UTF-8''" + encoded;
+  for (unsigned char c : name) ascii += (c < 0x80 && c != '"' && c != '\\') ? static_cast<char>(c) : '_';
+  return "attachment; filename=\"" + ascii + "\"; filename*=UTF-8''" + UrlEncoding::encode(name);
 }
 
 }  // namespace

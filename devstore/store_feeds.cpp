@@ -1,11 +1,11 @@
 #include "store_feeds.h"
 
-#include <cctype>
 #include <cstdio>
 #include <sstream>
 
 #include "opds/opds_names.h"
 #include "seed_vocabulary.h"
+#include "url_encoding.h"
 
 namespace devstore {
 
@@ -20,21 +20,6 @@ const char kAcquisitionRel[] = "http://opds-spec.org/acquisition";
 // Genres shown as rows of the e-book home page.
 const char *const kHomeGenres[] = {"fiction", "crime", "fantasy", "science-fiction"};
 const char *const kAudioHomeGenres[] = {"crime", "fantasy", "children"};
-
-std::string percentEncoded(const std::string &text) {
-  static const char hex[] = "0123456789ABCDEF";
-  std::string out;
-  for (unsigned char c : text) {
-    if (std::isalnum(c) || c == '-' || c == '_' || c == '.' || c == '~') {
-      out += static_cast<char>(c);
-    } else {
-      out += '%';
-      out += hex[c >> 4];
-      out += hex[c & 15];
-    }
-  }
-  return out;
-}
 
 std::string decimal(double value) {
   char text[32];
@@ -71,7 +56,7 @@ std::string StoreFeeds::href(const std::string &path, const Query &query) {
   char separator = '?';
   for (const auto &[key, value] : query) {
     if (value.empty()) continue;
-    out += separator + key + "=" + percentEncoded(value);
+    out += separator + key + "=" + UrlEncoding::encode(value);
     separator = '&';
   }
   return out;
