@@ -37,6 +37,9 @@ constexpr Extension kExtensions[] = {
     {"application/vnd.adobe.adept+xml", "acsm"},
     {"application/vnd.adobe/adept+xml", "acsm"},
     {"vnd.adobe/adept+xml", "acsm"},
+    // A store's error page in place of a book; the program must be able to tell.
+    {"text/html", "html"},
+    {"application/xhtml+xml", "xhtml"},
 };
 
 // The type without its parameters and surrounding blanks; feeds parse links by the thousand, so nothing is copied.
