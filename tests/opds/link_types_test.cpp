@@ -86,7 +86,7 @@ TEST(MimeTypes, ExtensionsAndFormats) {
       {"application/zip", "zip", "zip"},
       {"application/vnd.adobe.adept+xml", "acsm", "acsm"},
       {"vnd.adobe/adept+xml", "acsm", "acsm"},
-      {"text/html", "unsupported", "unsupported"},
+      {"text/html; charset=utf-8", "html", "unsupported"},
       {"", "unsupported", "unsupported"},
   };
   for (const Case &c : cases) {

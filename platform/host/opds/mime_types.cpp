@@ -7,6 +7,8 @@ namespace {
 struct Extension {
   std::string_view mime;
   std::string_view extension;
+  // A page is a file with an extension, but no format a book comes in.
+  bool book = true;
 };
 
 // Several names of one type are in use by catalogues; each is listed.
@@ -38,8 +40,8 @@ constexpr Extension kExtensions[] = {
     {"application/vnd.adobe/adept+xml", "acsm"},
     {"vnd.adobe/adept+xml", "acsm"},
     // A store's error page in place of a book; the program must be able to tell.
-    {"text/html", "html"},
-    {"application/xhtml+xml", "xhtml"},
+    {"text/html", "html", false},
+    {"application/xhtml+xml", "xhtml", false},
 };
 
 // The type without its parameters and surrounding blanks; feeds parse links by the thousand, so nothing is copied.
@@ -60,12 +62,12 @@ bool SameIgnoringCase(std::string_view text, std::string_view base) {
   return true;
 }
 
-std::string_view FindExtension(const std::string &mime) {
+const Extension *Find(const std::string &mime) {
   const std::string_view essence = Essence(mime);
   for (const Extension &known : kExtensions) {
-    if (SameIgnoringCase(essence, known.mime)) return known.extension;
+    if (SameIgnoringCase(essence, known.mime)) return &known;
   }
-  return MimeTypes::kUnsupported;
+  return nullptr;
 }
 
 }  // namespace
@@ -79,12 +81,14 @@ bool MimeTypes::IsAtom(const std::string &mime) {
 }
 
 std::string MimeTypes::GetExtensionByMime(const std::string &mime) {
-  return std::string(FindExtension(mime));
+  const Extension *known = Find(mime);
+  return std::string(known ? known->extension : kUnsupported);
 }
 
 std::string MimeTypes::MimeToFormat(const std::string &mime) {
-  const std::string_view extension = FindExtension(mime);
-  return std::string(extension.substr(0, extension.find('.')));
+  const Extension *known = Find(mime);
+  if (!known || !known->book) return std::string(kUnsupported);
+  return std::string(known->extension.substr(0, known->extension.find('.')));
 }
 
 }  // namespace lumenpress::opds
