@@ -31,6 +31,7 @@
 #include "opds/resource_downloader.h"
 #include "panelkit.h"
 #include "panelkit_draw.h"
+#include "qt_platform.h"
 #include "pushable.h"
 #include "runnable.h"
 #include "serialization_utils.h"

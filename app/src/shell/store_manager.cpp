@@ -1,0 +1,94 @@
+#include "store_manager.h"
+
+#include <QQmlContext>
+#include <QUrl>
+#include <QtQml>
+
+#include <cstdio>
+
+#include "eink_interface.h"
+#include "feed_provider.h"
+#include "hwconfig.h"
+#include "lp_log.h"
+#include "panelkit.h"
+
+namespace {
+
+constexpr char kBookstoreConfig[] = "/mnt/ext1/system/config/bookstore.cfg";
+
+double secondsSince(const timespec &start) {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<double>(now.tv_sec - start.tv_sec) + (now.tv_nsec - start.tv_nsec) / 1000000000.0;
+}
+
+timespec stopwatch() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now;
+}
+
+lumenpress::opds::DataManager &catalogue() {
+  return FeedProvider::Instance().dataManager();
+}
+
+}  // namespace
+
+// The screens are compiled into this library; a static library's resources need registering.
+StoreManager::StoreManager(QObject *parent) : QObject(parent) {
+  Q_INIT_RESOURCE(qml);
+}
+
+void StoreManager::setStartView(StartView::EnStartView startView) {
+  if (start_view_ == startView) return;
+  start_view_ = startView;
+  emit startViewChanged(start_view_);
+}
+
+QString StoreManager::opdsBaseUrl() {
+  return QString::fromStdString(store_url_ + "lpress/opds/");
+}
+
+int StoreManager::Init(int, char **) {
+  const timespec start = stopwatch();
+  catalogue().setDiskCache("/mnt/ext1/system/cache/bookstore_feeds_cache", "bookstore_feeds_cache");
+  readStoreSettings();
+  publishToScreens();
+  std::fprintf(stderr, "\n\n\n\n+++++++++++++++ All the STAFF takes %6.6f\n\n\n\n", secondsSince(start));
+  if (auto *panel = lumenpress::utilities::EinkInterface::instance()->platform()) panel->requestUpdate(5);
+  const timespec loading = stopwatch();
+  engine_.load(QUrl(QStringLiteral("qrc:/qml/main.qml")));
+  if (engine_.rootObjects().isEmpty()) return -1;
+  std::fprintf(stderr, "\n\n\n\n+++++++++++++++ engine_.load %6.6f\n\n\n\n", secondsSince(loading));
+  return 0;
+}
+
+void StoreManager::readStoreSettings() {
+  lpconfig *config = OpenConfig(kBookstoreConfig, 0);
+  std::string folder = ReadString(config, "download_folder", "/mnt/ext1/Downloads");
+  catalogue().SetFileDownloadFolder(folder);
+  store_url_ = ReadString(config, "default_store", "");
+  CloseConfigNoSave(config);
+  if (store_url_.empty()) store_url_ = LP_DEFAULT_STORE_URL;
+}
+
+void StoreManager::publishToScreens() {
+  qmlRegisterUncreatableType<StartView>("com.lumenpress.bookstore", 1, 0, "StartView", QString());
+  QQmlContext *context = engine_.rootContext();
+  acquisition_model_.setLoadSubmodels(false);
+  context->setContextProperty("AudioModel", &audio_model_);
+  context->setContextProperty("RootListModel", &root_model_);
+  context->setContextProperty("AcquisitionListModel", &acquisition_model_);
+  context->setContextProperty("StoreManager", this);
+}
+
+void StoreManager::loadHomeModels() {
+  const QString base = opdsBaseUrl();
+  root_model_.setModelToUrl(base + "home");
+  if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio");
+  LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL [%s]", store_url_.c_str());
+}
+
+void StoreManager::writeToLog(QString s) {
+  LP_LOG(LP_LOG_INFO, "%s", s.toLocal8Bit().constData());
+}
