@@ -7,7 +7,7 @@ Item {
     Text {
         id: loading
         anchors.centerIn: parent
-        visible: RootListModel.isListLoading && rows.count === 0
+        visible: RootListModel !== null && RootListModel.isListLoading && rows.count === 0
         text: "…"
         font.pixelSize: 40
     }

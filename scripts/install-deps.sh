@@ -12,7 +12,7 @@ packages=(
   libjsoncpp-dev libcurl4-openssl-dev libssl-dev libboost-dev libpugixml-dev
   libsqlite3-dev libqrencode-dev libcpp-httplib-dev zlib1g-dev libbrotli-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  xvfb xauth clang-format
+  xvfb xauth clang-format curl
 )
 
 missing=()

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# Sets up a fresh machine, builds, and runs what exists of the store on this PC: for now the
-# local storefront, in the foreground until Ctrl-C.
-# Environment: DEVSTORE_PORT (default 8480), DEVSTORE_DATA (default ~/.local/share/kiosk-2/devstore).
+# Sets up a fresh machine, builds, and runs the store against the local storefront.
+# With a display the store opens in a window; without one it runs offscreen, writes a
+# screenshot of its home page and stops.
+# Environment: DEVSTORE_PORT (default 8480; the store's built-in address uses it),
+# DEVSTORE_DATA (default ~/.local/share/kiosk-2/devstore), SCREENSHOT (the offscreen picture).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,16 +13,40 @@ cmake --build --preset default -j "$(nproc)"
 
 port="${DEVSTORE_PORT:-8480}"
 data="${DEVSTORE_DATA:-${XDG_DATA_HOME:-$HOME/.local/share}/kiosk-2/devstore}"
+screenshot="${SCREENSHOT:-$PWD/build/home-screen.png}"
+store_pid=""
 
-cat <<NOTE
+stop_store() { [ -n "$store_pid" ] && kill "$store_pid" 2>/dev/null && wait "$store_pid" 2>/dev/null; true; }
+trap stop_store EXIT
 
-The store application (kiosk-2.app) is not built yet. What runs now is the local storefront,
-devstore, with its catalogue on http://127.0.0.1:${port}/ (the page there lists the feeds).
-Browse it with any HTTP client, for example:
+if curl -fs "http://127.0.0.1:${port}/_control/health" >/dev/null 2>&1; then
+  echo "run-store: a local storefront already answers on port ${port}; using it"
+else
+  build/default/devstore/devstore --port "${port}" --data "${data}" > build/devstore.out &
+  store_pid=$!
+  for _ in $(seq 1 100); do grep -q listening build/devstore.out 2>/dev/null && break; sleep 0.1; done
+  grep -q listening build/devstore.out || { echo "run-store: devstore did not start" >&2; exit 1; }
+  echo "run-store: local storefront on http://127.0.0.1:${port}/ (data in ${data})"
+fi
+store_url="http://127.0.0.1:${port}/de_de/"
+config="$(build/default/platform/host/tools/lpdevice path /mnt/ext1/system/config/bookstore.cfg)"
+if [ "${port}" != 8480 ]; then
+  mkdir -p "$(dirname "${config}")"
+  grep -v '^default_store=' "${config}" 2>/dev/null > "${config}.new" || true
+  echo "default_store=${store_url}" >> "${config}.new" && mv "${config}.new" "${config}"
+fi
 
-  curl http://127.0.0.1:${port}/de_de/lpress/opds/home
-
-Data folder: ${data}. Stop with Ctrl-C.
-
-NOTE
-exec build/default/devstore/devstore --port "${port}" --data "${data}"
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  echo "run-store: starting kiosk-2.app in a window; close it to stop"
+  build/default/app/kiosk-2.app
+else
+  echo "run-store: no display; running kiosk-2.app offscreen for its home page"
+  rm -f "${screenshot}"
+  LUMENPRESS_SCREENSHOT="${screenshot}" build/default/app/kiosk-2.app > build/kiosk-2.out 2>&1 &
+  app_pid=$!
+  for _ in $(seq 1 300); do [ -s "${screenshot}" ] && break; sleep 0.1; done
+  sleep 3  # the rows' covers arrive after the first settled picture
+  kill "${app_pid}" 2>/dev/null; wait "${app_pid}" 2>/dev/null || true
+  [ -s "${screenshot}" ] || { echo "run-store: no screenshot was written; see build/kiosk-2.out" >&2; exit 1; }
+  echo "run-store: the home page as the store shows it: ${screenshot}"
+fi

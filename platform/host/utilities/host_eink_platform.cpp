@@ -1,9 +1,9 @@
 #include "host_eink_platform.h"
 
+#include <json/value.h>
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QScreen>
-#include <json/value.h>
 
 #include <cstdlib>
 

@@ -1,0 +1,109 @@
+// The program from its store manager to the painted home page, against a devstore of its own.
+#include <gtest/gtest.h>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QScreen>
+
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include "devstore_process.h"
+#include "message_handler.h"
+#include "panelkit.h"
+#include "store_manager.h"
+
+using lumenpress::testing::DevstoreProcess;
+
+namespace {
+
+bool waitUntil(const std::function<bool()> &done) {
+  for (int i = 0; i < 1500 && !done(); ++i) {
+    QCoreApplication::processEvents();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return done();
+}
+
+// Delegates hang in the tree of visual items, not always in the tree of objects.
+void collect(QQuickItem *item, const QString &name, QStringList *found) {
+  if (item->objectName() == name && item->isVisible()) *found << item->property("text").toString();
+  for (QQuickItem *child : item->childItems()) collect(child, name, found);
+}
+
+QStringList texts(QQuickItem *root, const char *name) {
+  QStringList found;
+  collect(root, QString::fromLatin1(name), &found);
+  return found;
+}
+
+std::string logText() {
+  std::ifstream in(std::string(std::getenv("LUMENPRESS_DEVICE_ROOT")) + "/host/kiosk-2.log");
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
+  DevstoreProcess store;
+  ASSERT_TRUE(store.running());
+  lpconfig *config = OpenConfig("/mnt/ext1/system/config/bookstore.cfg", 1);
+  WriteString(config, "default_store", store.url("/de_de/").c_str());
+  ASSERT_EQ(CloseConfig(config), 0);
+
+  StoreManager manager;
+  ASSERT_EQ(manager.Init(0, nullptr), 0);
+  auto *window = qobject_cast<QQuickWindow *>(QGuiApplication::topLevelWindows().value(0));
+  ASSERT_NE(window, nullptr);
+  ASSERT_TRUE(waitUntil([&] {
+    const QStringList books = texts(window->contentItem(), "bookTitle");
+    return texts(window->contentItem(), "rowTitle").size() >= 2 && books.size() >= 8 && !books.contains("");
+  })) << texts(window->contentItem(), "rowTitle").join("|").toStdString()
+      << " / " << texts(window->contentItem(), "bookTitle").join("|").toStdString();
+  const QStringList rows = texts(window->contentItem(), "rowTitle");
+  EXPECT_EQ(rows.value(0), "Buch der Woche");
+  EXPECT_EQ(rows.value(1), "Beliebt");
+  for (const QString &price : texts(window->contentItem(), "bookPrice")) {
+    EXPECT_TRUE(price.endsWith(QStringLiteral(" €")) || price == "Kostenlos" || price == "Free") << price.toStdString();
+  }
+
+  // What the owner sees: a white page with dark text and covers on it.
+  const QImage shown = window->screen()->grabWindow(window->winId()).toImage();
+  ASSERT_FALSE(shown.isNull());
+  int dark = 0;
+  for (int y = 0; y < shown.height(); y += 4) {
+    for (int x = 0; x < shown.width(); x += 4) dark += qGray(shown.pixel(x, y)) < 100;
+  }
+  EXPECT_GT(dark, 200);
+  EXPECT_EQ(qGray(shown.pixel(shown.width() - 2, 2)), 255);
+
+  const Json::Value requests = store.requests();
+  bool homeFetched = false;
+  for (const auto &request : requests) homeFetched |= request["path"].asString() == "/de_de/lpress/opds/home";
+  EXPECT_TRUE(homeFetched);
+}
+
+TEST(MessageHandler, QtLevelsMapOntoTheDevicesLevels) {
+  const QMessageLogContext context;
+  customMessageHandler(QtDebugMsg, context, "debug line");
+  customMessageHandler(QtWarningMsg, context, "warning line");
+  customMessageHandler(QtCriticalMsg, context, "critical line");
+  customMessageHandler(QtFatalMsg, context, "fatal line");
+  customMessageHandler(QtInfoMsg, context, QStringLiteral("info line ü"));
+  const std::string log = logText();
+  for (const auto &[level, text] : std::vector<std::pair<std::string, std::string>>{{"<3>", "debug line"},
+                                                                                    {"<2>", "warning line"},
+                                                                                    {"<1>", "critical line"},
+                                                                                    {"<1>", "fatal line"},
+                                                                                    {"<3>", "info line"}}) {
+    const auto line = log.find(text);
+    ASSERT_NE(line, std::string::npos) << text;
+    const std::string whole = log.substr(log.rfind('\n', line) + 1, log.find('\n', line) - log.rfind('\n', line));
+    EXPECT_NE(whole.find(" " + level + " ../../app/src/main.cpp"), std::string::npos) << whole;
+    EXPECT_NE(whole.find("customMessageHandler"), std::string::npos) << whole;
+    EXPECT_NE(whole.find("[pid:" + std::to_string(g_process_pid) + "]" + text), std::string::npos) << whole;
+  }
+}
+
+}  // namespace
