@@ -64,9 +64,10 @@ std::string defaultLanguage() {
 
 }  // namespace
 
+// Never destroyed, like the log sink that asks it where the log lies.
 DeviceTree &DeviceTree::instance() {
-  static DeviceTree tree;
-  return tree;
+  static auto *tree = new DeviceTree;
+  return *tree;
 }
 
 std::string DeviceTree::configuredRoot() {

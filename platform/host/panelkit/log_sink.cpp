@@ -44,13 +44,10 @@ std::string timestamp() {
 
 }  // namespace
 
+// Never destroyed: threads that outlive main, and static destructors, still log.
 LogSink &LogSink::instance() {
-  static LogSink sink;
-  return sink;
-}
-
-LogSink::~LogSink() {
-  if (log_fd_ >= 0) ::close(log_fd_);
+  static auto *sink = new LogSink;
+  return *sink;
 }
 
 int LogSink::threshold() {

@@ -20,7 +20,6 @@ public:
 
 private:
   LogSink() = default;
-  ~LogSink();
   std::string formatLine(int level, const char *file, int line, const char *function, const char *format,
                          va_list args) const;
   int logFile();
