@@ -13,7 +13,9 @@ extern "C" const char *__lsan_default_suppressions() {
          "leak:QPlatformScreen::QPlatformScreen\n"
          "leak:QWindowSystemInterface::handleScreenAdded\n"
          "leak:QObject::QObject\n"
-         "leak:QtSharedPointer::ExternalRefCountData::getAndRef\n";
+         "leak:QtSharedPointer::ExternalRefCountData::getAndRef\n"
+         // Qt's network layer loads OpenSSL, whose global state lives until the process ends.
+         "leak:libcrypto.so\n";
 }
 
 // Qt tests run with an application object on the offscreen platform, and a device root of their own.
