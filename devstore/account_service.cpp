@@ -86,7 +86,9 @@ RestAnswer AccountService::createAccount(const RestCall &call) {
                {*email, PasswordHasher::hash(*password), *first, *last});
   if (id < 0) return RestAnswer::error(400, "A customer with the same email address already exists");
   std::fprintf(stderr, "devstore: new customer %lld <%s>\n", id, email->c_str());
-  return RestAnswer::json(customerJson(db_->query("SELECT * FROM customers WHERE id = ?", {id}).front()));
+  const auto rows = db_->query("SELECT * FROM customers WHERE id = ?", {id});
+  return rows.empty() ? RestAnswer::error(500, "the customer could not be read")
+                      : RestAnswer::json(customerJson(rows.front()));
 }
 
 RestAnswer AccountService::setSubscription(const RestCall &call) {
