@@ -14,8 +14,9 @@ Json::Value error(const std::string &message) {
 
 }  // namespace
 
-ControlRoutes::ControlRoutes(const Database *db, RequestLog *log, FaultInjector *faults, TokenStore *tokens)
-    : db_(db), log_(log), faults_(faults), tokens_(tokens) {}
+ControlRoutes::ControlRoutes(const Database *db, RequestLog *log, FaultInjector *faults, TokenStore *tokens,
+                             PaymentPages *pages)
+    : db_(db), log_(log), faults_(faults), tokens_(tokens), pages_(pages) {}
 
 void ControlRoutes::install(httplib::Server *server) {
   const std::string prefix = kPrefix;
@@ -36,6 +37,8 @@ void ControlRoutes::install(httplib::Server *server) {
                [this](const httplib::Request &req, httplib::Response &res) { issueToken(req, res); });
   server->Post(prefix + "tokens/expire",
                [this](const httplib::Request &req, httplib::Response &res) { expireTokens(req, res); });
+  server->Post(prefix + "payments",
+               [this](const httplib::Request &req, httplib::Response &res) { setPaymentMode(req, res); });
 }
 
 void ControlRoutes::addFault(const httplib::Request &request, httplib::Response &response) {
@@ -70,6 +73,15 @@ void ControlRoutes::expireTokens(const httplib::Request &request, httplib::Respo
   Json::Value result(Json::objectValue);
   result["expired"] = tokens_->expire(body.get("token", "").asString());
   sendJson(response, result);
+}
+
+void ControlRoutes::setPaymentMode(const httplib::Request &request, httplib::Response &response) {
+  Json::Value body;
+  if (!JsonText::parse(request.body, &body) || !body.isObject() || !body["browser"].isString() ||
+      !pages_->setBrowserMode(body["browser"].asString())) {
+    return sendJson(response, error("give \"browser\": \"complete\", \"cancel\" or \"ask\""), 400);
+  }
+  response.status = 204;
 }
 
 void ControlRoutes::sendJson(httplib::Response &response, const Json::Value &value, int status) {

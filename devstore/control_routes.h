@@ -1,5 +1,6 @@
 // The control interface under "/_control/", for tests and for anyone trying failures by hand:
-// the request log, injected faults, and tokens issued or expired on demand.
+// the request log, injected faults, tokens issued or expired on demand, and what the payment
+// page decides.
 #ifndef DEVSTORE_CONTROL_ROUTES_H
 #define DEVSTORE_CONTROL_ROUTES_H
 
@@ -7,6 +8,7 @@
 
 #include "database.h"
 #include "fault_injector.h"
+#include "payment_pages.h"
 #include "request_log.h"
 #include "token_store.h"
 
@@ -16,7 +18,7 @@ class ControlRoutes {
 public:
   static constexpr const char *kPrefix = "/_control/";
 
-  ControlRoutes(const Database *db, RequestLog *log, FaultInjector *faults, TokenStore *tokens);
+  ControlRoutes(const Database *db, RequestLog *log, FaultInjector *faults, TokenStore *tokens, PaymentPages *pages);
 
   void install(httplib::Server *server);
 
@@ -24,6 +26,7 @@ private:
   void addFault(const httplib::Request &request, httplib::Response &response);
   void issueToken(const httplib::Request &request, httplib::Response &response);
   void expireTokens(const httplib::Request &request, httplib::Response &response);
+  void setPaymentMode(const httplib::Request &request, httplib::Response &response);
 
   static void sendJson(httplib::Response &response, const Json::Value &value, int status = 200);
 
@@ -31,6 +34,7 @@ private:
   RequestLog *log_;
   FaultInjector *faults_;
   TokenStore *tokens_;
+  PaymentPages *pages_;
 };
 
 }  // namespace devstore

@@ -191,6 +191,18 @@ bool Seeder::seedCustomer() {
       return false;
     }
   }
+  // Cards kept by both gateways, the PayOnline one used last.
+  const std::vector<std::vector<SqlValue>> cards = {
+      {customer, "hgwcc", "411111******1111", "VISA", 1767225600LL},
+      {customer, "hgwcc", "555555******4444", "MASTERCARD", 1767225700LL},
+      {customer, "payonline", "424242******4242", "VISA", 1767225800LL},
+  };
+  for (const auto &card : cards) {
+    if (db_->run("INSERT INTO cards(customer_id, gateway, number, brand, last_used_at) VALUES (?, ?, ?, ?, ?)", card) <
+        0) {
+      return false;
+    }
+  }
   const auto wished = db_->query("SELECT id FROM books WHERE id IN (50, 51, 60, 102) OR in_stock = 0 LIMIT 5");
   for (const auto &row : wished) {
     if (db_->run("INSERT OR IGNORE INTO wishlist(customer_id, book_id, added_at) VALUES (?, ?, ?)",

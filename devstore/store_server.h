@@ -1,4 +1,5 @@
-// The storefront on loopback: its database, catalogue routes and control interface on one
+// The storefront on loopback: its database, catalogue, REST interface, payment pages and
+// control interface on one
 // port, with faults and the request log applied around every request but the control ones.
 #ifndef DEVSTORE_STORE_SERVER_H
 #define DEVSTORE_STORE_SERVER_H
@@ -14,7 +15,10 @@
 #include "fault_injector.h"
 #include "opds_routes.h"
 #include "options.h"
+#include "order_service.h"
+#include "payment_pages.h"
 #include "request_log.h"
+#include "rest_routes.h"
 #include "token_store.h"
 
 namespace devstore {
@@ -47,7 +51,10 @@ private:
   RequestLog log_;
   FaultInjector faults_;
   OpdsRoutes opds_;
-  ControlRoutes control_{&db_, &log_, &faults_, &tokens_};
+  OrderService orders_{&db_};
+  RestRoutes rest_{&db_, &catalogue_, &tokens_, &orders_};
+  PaymentPages pages_{&db_, &catalogue_, &orders_};
+  ControlRoutes control_{&db_, &log_, &faults_, &tokens_, &pages_};
   httplib::Server server_;
   int port_ = 0;
 };

@@ -37,11 +37,32 @@ std::optional<TokenStore::Pair> TokenStore::issue(long long customerId) {
   return pair;
 }
 
+std::optional<std::string> TokenStore::refresh(const std::string &access, const std::string &refresh) {
+  const std::string fresh = randomToken();
+  if (fresh.empty()) return std::nullopt;
+  const bool issued = db_->transaction([&] {
+    const auto rows = db_->query(
+        "SELECT r.customer_id FROM tokens r JOIN tokens a ON a.customer_id = r.customer_id AND a.kind = 'access'"
+        " WHERE r.token = ? AND r.kind = 'refresh' AND r.expires_at > ? AND a.token = ?",
+        {refresh, now(), access});
+    if (rows.empty()) return false;
+    return db_->run("UPDATE tokens SET expires_at = MIN(expires_at, ?) WHERE token = ?", {now(), access}) >= 0 &&
+           db_->run("INSERT INTO tokens(token, customer_id, kind, expires_at) VALUES (?, ?, 'access', ?)",
+                    {fresh, rows.front().integer("customer_id"), now() + kAccessLifetimeSeconds}) >= 0;
+  });
+  if (!issued) return std::nullopt;
+  return fresh;
+}
+
 std::optional<long long> TokenStore::customerFor(const std::string &authorization) const {
   static const std::string prefix = "Bearer ";
   if (authorization.compare(0, prefix.size(), prefix) != 0) return std::nullopt;
+  return customerOfAccessToken(authorization.substr(prefix.size()));
+}
+
+std::optional<long long> TokenStore::customerOfAccessToken(const std::string &token) const {
   const auto rows = db_->query("SELECT customer_id FROM tokens WHERE token = ? AND kind = 'access' AND expires_at > ?",
-                               {authorization.substr(prefix.size()), now()});
+                               {token, now()});
   if (rows.empty()) return std::nullopt;
   return rows.front().integer("customer_id");
 }

@@ -22,8 +22,12 @@ public:
   explicit TokenStore(Database *db);
 
   std::optional<Pair> issue(long long customerId);
+  // A new access token for a refresh token in force, given with an access token of the same
+  // customer; that one expires now. Nothing when either does not fit.
+  std::optional<std::string> refresh(const std::string &access, const std::string &refresh);
   // The customer of an "Authorization: Bearer <token>" header with an access token in force.
   std::optional<long long> customerFor(const std::string &authorization) const;
+  std::optional<long long> customerOfAccessToken(const std::string &token) const;
   // Makes one token, or every token when `token` is empty, expire now; the number expired.
   int expire(const std::string &token);
 
