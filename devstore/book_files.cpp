@@ -3,34 +3,12 @@
 #include <cstdio>
 #include <vector>
 
+#include "markup_text.h"
 #include "zip_writer.h"
 
 namespace devstore {
 
 namespace {
-
-std::string escaped(const std::string &text) {
-  std::string out;
-  for (char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out;
-}
 
 // A name that every file system takes: no slashes, no control characters.
 std::string safeName(const std::string &title) {
@@ -41,8 +19,8 @@ std::string safeName(const std::string &title) {
 
 std::string chapter(const BookRecord &book, int number) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<html xmlns=\"http://www.w3.org/1999/xhtml\"><head><title>" +
-         escaped(book.title) + "</title></head><body><h1>Chapter " + std::to_string(number) + "</h1><p>" +
-         escaped(book.title) + " by " + escaped(book.author) + ".</p></body></html>\n";
+         MarkupText::escape(book.title) + "</title></head><body><h1>Chapter " + std::to_string(number) + "</h1><p>" +
+         MarkupText::escape(book.title) + " by " + MarkupText::escape(book.author) + ".</p></body></html>\n";
 }
 
 std::string packageDocument(const BookRecord &book, int chapters) {
@@ -56,8 +34,8 @@ std::string packageDocument(const BookRecord &book, int chapters) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
          "<package xmlns=\"http://www.idpf.org/2007/opf\" version=\"3.0\" unique-identifier=\"id\">"
          "<metadata xmlns:dc=\"http://purl.org/dc/elements/1.1/\"><dc:identifier id=\"id\">urn:isbn:" +
-         book.isbn + "</dc:identifier><dc:title>" + escaped(book.title) + "</dc:title><dc:creator>" +
-         escaped(book.author) + "</dc:creator><dc:language>" + book.language +
+         book.isbn + "</dc:identifier><dc:title>" + MarkupText::escape(book.title) + "</dc:title><dc:creator>" +
+         MarkupText::escape(book.author) + "</dc:creator><dc:language>" + book.language +
          "</dc:language><meta property=\"dcterms:modified\">2026-01-01T00:00:00Z</meta></metadata>"
          "<manifest><item id=\"nav\" href=\"nav.xhtml\" media-type=\"application/xhtml+xml\" properties=\"nav\"/>" +
          manifest + "</manifest><spine>" + spine + "</spine></package>\n";
@@ -95,8 +73,8 @@ std::string BookFiles::acsmToken(const BookRecord &book, const std::string &down
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
          "<fulfillmentToken xmlns=\"urn:lumenpress:fulfilment\">"
          "<resource>urn:lumenpress:book:" +
-         std::to_string(book.id) + "</resource><title>" + escaped(book.title) + "</title><format>" + book.format +
-         "</format><src>" + escaped(downloadUrl) + "</src></fulfillmentToken>\n";
+         std::to_string(book.id) + "</resource><title>" + MarkupText::escape(book.title) + "</title><format>" +
+         book.format + "</format><src>" + MarkupText::escape(downloadUrl) + "</src></fulfillmentToken>\n";
 }
 
 std::string BookFiles::epub(const BookRecord &book, int chapters) {

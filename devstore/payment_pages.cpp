@@ -1,9 +1,10 @@
 #include "payment_pages.h"
 
-#include "rest_call.h"
-
 #include <cstdio>
 #include <ctime>
+
+#include "markup_text.h"
+#include "rest_call.h"
 
 namespace devstore {
 
@@ -88,10 +89,10 @@ RestAnswer PaymentPages::paymentPage(const httplib::Request &request) const {
   const auto quote = quoteOf(request);
   const auto owner = quote ? orders_->quoteOwner(*quote) : std::nullopt;
   if (!owner) return RestAnswer::error(404, "no such cart");
-  const std::string method = escape(field(request, "method"));
+  const std::string method = MarkupText::escape(field(request, "method"));
   const std::string content = "<p>Cart " + std::to_string(*quote) + ", paid by " + method +
                               ".</p><form method=\"post\">" + hidden("quote", std::to_string(*quote)) +
-                              hidden("order", escape(field(request, "order"))) + hidden("method", method) +
+                              hidden("order", MarkupText::escape(field(request, "order"))) + hidden("method", method) +
                               "<button name=\"decision\" value=\"complete\">Pay</button> " +
                               "<button name=\"decision\" value=\"cancel\">Cancel</button></form>";
   return RestAnswer::page(html("Payment", content));
@@ -130,9 +131,9 @@ RestAnswer PaymentPages::gatewayForm(const httplib::Request &request) const {
   if (order->status != "pending") return RestAnswer::error(409, "the order is " + order->status);
   std::string content = "<p>Order " + std::to_string(order->id) + ": " + money(order->total, order->currency) +
                         "</p><form method=\"post\">" + hidden("order", std::to_string(order->id)) +
-                        hidden("key", escape(field(request, "key"))) +
-                        hidden("remember", escape(field(request, "remember"))) +
-                        hidden("card", escape(field(request, "card")));
+                        hidden("key", MarkupText::escape(field(request, "key"))) +
+                        hidden("remember", MarkupText::escape(field(request, "remember"))) +
+                        hidden("card", MarkupText::escape(field(request, "card")));
   for (const char *name : {"CardHolderName", "CardNumber", "CardExpDate", "CardCvv", "Email"}) {
     content += std::string("<p><label>") + name + " <input name=\"" + name + "\"></label></p>";
   }
@@ -209,29 +210,6 @@ std::string PaymentPages::html(const std::string &title, const std::string &cont
   return "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" + title +
          "</title></head>\n<body style=\"font-family: sans-serif\"><h1>" + title + "</h1>\n" + content +
          "\n</body></html>\n";
-}
-
-std::string PaymentPages::escape(const std::string &text) {
-  std::string out;
-  for (char c : text) {
-    switch (c) {
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '&':
-        out += "&amp;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out;
 }
 
 bool PaymentPages::validCard(const std::string &number, const std::string &expiry, const std::string &cvv) {

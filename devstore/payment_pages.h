@@ -48,7 +48,6 @@ private:
   static std::optional<long long> quoteOf(const httplib::Request &request);
   static std::string field(const httplib::Request &request, const char *name);
   static std::string html(const std::string &title, const std::string &content);
-  static std::string escape(const std::string &text);
   static bool validCard(const std::string &number, const std::string &expiry, const std::string &cvv);
 
   const Catalogue *catalogue_;
