@@ -18,8 +18,8 @@ const char kAcsm[] = "application/vnd.adobe.adept+xml";
 const char kAcquisitionRel[] = "http://opds-spec.org/acquisition";
 
 // Genres shown as rows of the e-book home page.
-const char *const kHomeGenres[] = {"fiction", "crime", "fantasy", "science-fiction"};
-const char *const kAudioHomeGenres[] = {"crime", "fantasy", "children"};
+const std::vector<const char *> kHomeGenres = {"fiction", "crime", "fantasy", "science-fiction"};
+const std::vector<const char *> kAudioHomeGenres = {"crime", "fantasy", "children"};
 
 std::string decimal(double value) {
   char text[32];
@@ -90,7 +90,7 @@ std::string StoreFeeds::home(const FeedParams &params) const {
             href("list", with({{"name", "popular"}}, params, false)), german ? "Beliebt" : "Popular");
 
   const auto row = [&](const char *tag, const char *title, const char *list) {
-    addRow(&feed, std::string("tag:root:") + tag, title, href("list", with({{"name", list}}, params, false)), "");
+    addRow(&feed, std::string("tag:root:") + tag, title, href("list", with({{"name", list}}, params, false)));
   };
   if (!audio) row("weekbook", german ? "Buch der Woche" : "Book of the week", "weekbook");
   row("popular", german ? "Beliebt" : "Popular", "popular");
@@ -98,11 +98,10 @@ std::string StoreFeeds::home(const FeedParams &params) const {
   row("weekgrouped", german ? "Reihe der Woche" : "Series of the week", "weekseries");
   if (!audio) row("categorygrouped", german ? "Sammlungen" : "Collections", "collections");
   if (!audio) row("free", german ? "Kostenlos" : "Free books", "free");
-  for (const char *slug : audio ? std::vector<const char *>(std::begin(kAudioHomeGenres), std::end(kAudioHomeGenres))
-                                : std::vector<const char *>(std::begin(kHomeGenres), std::end(kHomeGenres))) {
+  for (const char *slug : audio ? kAudioHomeGenres : kHomeGenres) {
     if (const auto genre = catalogue_->genre(store_, slug)) {
       addRow(&feed, std::string("tag:root:genre:") + slug, genre->name,
-             href("genre", with({{"id", slug}}, params, false)), "");
+             href("genre", with({{"id", slug}}, params, false)));
     }
   }
   return feed.xml();
@@ -327,11 +326,10 @@ void StoreFeeds::addSearchLinks(FeedWriter *feed) const {
   feed->link("search", kAtom, "search?q={searchTerms}", "Search");
 }
 
-void StoreFeeds::addRow(FeedWriter *feed, const std::string &id, const std::string &title, const std::string &href,
-                        const std::string &summary) const {
+void StoreFeeds::addRow(FeedWriter *feed, const std::string &id, const std::string &title,
+                        const std::string &href) const {
   auto entry = feed->entry(id, title);
   FeedWriter::link(entry, "subsection", FeedWriter::kAcquisitionType, href, title);
-  if (!summary.empty()) FeedWriter::text(entry, "content", summary);
 }
 
 void StoreFeeds::addBook(FeedWriter *feed, const BookRecord &book, bool owned) const {

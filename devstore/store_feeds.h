@@ -48,8 +48,7 @@ private:
   void addBookLinks(pugi::xml_node entry, const BookRecord &book, bool owned) const;
   void addAcquisition(pugi::xml_node entry, const BookRecord &book, bool owned) const;
   void addCollection(FeedWriter *feed, const CollectionRecord &collection, const FeedParams &params) const;
-  void addRow(FeedWriter *feed, const std::string &id, const std::string &title, const std::string &href,
-              const std::string &summary) const;
+  void addRow(FeedWriter *feed, const std::string &id, const std::string &title, const std::string &href) const;
   void addSearchLinks(FeedWriter *feed) const;
   void addFacets(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params) const;
   void addPages(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params,
