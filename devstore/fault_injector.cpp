@@ -15,6 +15,7 @@ bool FaultInjector::add(const Json::Value &request, std::string *error) {
   if (request["status"].isInt() && request["status"].asInt() >= 100 && request["status"].asInt() < 600) {
     fault.kind = "status";
     fault.status = request["status"].asInt();
+    if (request["body"].isString()) fault.body = request["body"].asString();
   } else if (request["delay_ms"].isInt() && request["delay_ms"].asInt() > 0) {
     fault.kind = "delay";
     fault.delay_ms = request["delay_ms"].asInt();

@@ -22,12 +22,16 @@ struct Fault {
   // delivered as if whole, so the client gets broken XML or JSON).
   std::string kind;
   int status = 0;
+  // The body a status fault answers with, when the test gives one; a body of the store's own
+  // shape (or not) lets a test reach the client's handling of odd answers.
+  std::optional<std::string> body;
   int delay_ms = 0;
 };
 
 class FaultInjector {
 public:
-  // From {"path", "count", and one of "status", "delay_ms", "drop", "truncate", "break"}.
+  // From {"path", "count", and one of "status" (with an optional "body"), "delay_ms", "drop",
+  // "truncate", "break"}.
   bool add(const Json::Value &request, std::string *error);
   // The fault for a request to `path`, counted as used; none when no fault matches.
   std::optional<Fault> take(const std::string &path);

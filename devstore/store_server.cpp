@@ -63,7 +63,11 @@ httplib::Server::HandlerResponse StoreServer::beforeRouting(const httplib::Reque
   if (fault->kind == "status") {
     response.status = fault->status;
     response.set_header("Connection", "close");
-    response.set_content("injected failure\n", "text/plain");
+    if (fault->body) {
+      response.set_content(*fault->body, "application/json");
+    } else {
+      response.set_content("injected failure\n", "text/plain");
+    }
     return Outcome::Handled;
   }
   if (fault->kind == "drop") {
