@@ -212,6 +212,10 @@ private:
                    const CallReport &report, const Answered &answered, const Retry &retry);
   bool sendLogged(const HttpRequest &request, long *code, std::vector<char> *response);
   ApiError refreshAfterUnauthorized(long *code, std::vector<char> *response);
+  // A POST of `body` and nothing else: no token goes along. The transport's result.
+  int postPlain(const char *path, const Json::Value &body, long *code, std::vector<char> *response);
+  // A POST of `body` with the access token added, through performRequestWithRefreshing.
+  ApiError postWithToken(const char *path, Json::Value body, std::vector<char> *response);
   ApiError storeRefreshedToken(const std::vector<char> &response, std::unique_lock<std::mutex> &lock);
   ApiError refusedRefresh(long code, std::unique_lock<std::mutex> &lock);
   void storeTokens(const std::string &access, const std::string &refresh);

@@ -37,11 +37,9 @@ std::string deviceLanguage() {
 BookstoreApi::ApiError BookstoreApi::checkUser(const std::string &email, bool *exists) {
   Json::Value body;
   body["email"] = email;
-  HttpRequest request = newRequest("POST", "/rest/V1/is-customer/exist");
-  addJsonBody(&request, body);
   long code = 0;
   std::vector<char> response;
-  const int err = HttpRequestRunner().PerformRequest(request, &code, &response, kTimeoutSeconds);
+  const int err = postPlain("/rest/V1/is-customer/exist", body, &code, &response);
   if (err != 0 || code != 200) {
     LP_LOG(LP_LOG_ERROR, "checkUser failed err = %d, code = %d", err, static_cast<int>(code));
     reportError(err, code);
@@ -91,11 +89,9 @@ BookstoreApi::ApiError BookstoreApi::createAccount(const std::string &email, con
   body["customer"]["firstname"] = firstname;
   body["customer"]["lastname"] = lastname;
   body["password"] = password;
-  HttpRequest request = newRequest("POST", "/rest/V1/customers");
-  addJsonBody(&request, body);
   long code = 0;
   std::vector<char> response;
-  const int err = HttpRequestRunner().PerformRequest(request, &code, &response, kTimeoutSeconds);
+  const int err = postPlain("/rest/V1/customers", body, &code, &response);
   if (err == 0 && code == 200) return kNoError;
   LP_LOG(LP_LOG_ERROR, "createAccount failed err = %d, code = %d", err, static_cast<int>(code));
   reportError(err, code);
@@ -106,11 +102,9 @@ BookstoreApi::ApiError BookstoreApi::setSubscription(int marketing) {
   Json::Value body;
   body["access_token"] = currentAccessToken();
   body["marketing"] = marketing;
-  HttpRequest request = newRequest("POST", "/rest/V1/customer-set/subscription");
-  addJsonBody(&request, body);
   long code = 0;
   std::vector<char> response;
-  const int err = HttpRequestRunner().PerformRequest(request, &code, &response, kTimeoutSeconds);
+  const int err = postPlain("/rest/V1/customer-set/subscription", body, &code, &response);
   if (err != 0 || code != 200) return kFail;
   response.push_back('\0');
   return ResponseBody::text(response) == "true" ? kNoError : kFail;
@@ -121,11 +115,9 @@ BookstoreApi::LoginInfo BookstoreApi::auth(const std::string &email, const std::
   body["email"] = email;
   body["password"] = password;
   body["device_id"] = GetSerialNumber();
-  HttpRequest request = newRequest("POST", "/rest/V1/user-get/tokens");
-  addJsonBody(&request, body);
   long code = 0;
   std::vector<char> response;
-  const int err = HttpRequestRunner().PerformRequest(request, &code, &response, kTimeoutSeconds);
+  const int err = postPlain("/rest/V1/user-get/tokens", body, &code, &response);
 
   LoginInfo info;
   Json::Value answer;
@@ -177,4 +169,10 @@ BookstoreApi::ApiError BookstoreApi::getUserInfoImpl(bool retryOnUnauthorized, U
   };
   return perform(retryOnUnauthorized, token, request, {"getUserInfo"}, answered,
                  [this, out] { return getUserInfoImpl(false, out); });
+}
+
+int BookstoreApi::postPlain(const char *path, const Json::Value &body, long *code, std::vector<char> *response) {
+  HttpRequest request = newRequest("POST", path);
+  addJsonBody(&request, body);
+  return HttpRequestRunner().PerformRequest(request, code, response, kTimeoutSeconds);
 }

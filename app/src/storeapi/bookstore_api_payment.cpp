@@ -122,38 +122,20 @@ BookstoreApi::ApiError BookstoreApi::getLastUsedCard(std::vector<Card> &cards) {
 }
 
 BookstoreApi::ApiError BookstoreApi::getLastUsedCardImpl(std::vector<Card> &cards) {
-  const std::string token = accessTokenForRequest();
-  if (token.empty()) return kNotAuthorized;
-  Json::Value body;
-  body["access_token"] = token;
-  long code = 0;
   std::vector<char> response;
-  const ApiError error =
-      performRequestWithRefreshing(authorisedPost("/rest/V1/device-payment/last/card", token, body), &code, &response);
+  const ApiError error = postWithToken("/rest/V1/device-payment/last/card", Json::Value(), &response);
   return error != kNoError ? error : readCards(response, "entity_id", "card_number", "method", &cards);
 }
 
 BookstoreApi::ApiError BookstoreApi::getHgwccCards(std::vector<Card> *cards) {
-  const std::string token = accessTokenForRequest();
-  if (token.empty()) return kNotAuthorized;
-  Json::Value body;
-  body["access_token"] = token;
-  long code = 0;
   std::vector<char> response;
-  const ApiError error = performRequestWithRefreshing(
-      authorisedPost("/rest/V1/device-payment/hgwcc-get-card", token, body), &code, &response);
+  const ApiError error = postWithToken("/rest/V1/device-payment/hgwcc-get-card", Json::Value(), &response);
   return error != kNoError ? error : readCards(response, "entity_id", "card_number", "brand", cards);
 }
 
 BookstoreApi::ApiError BookstoreApi::getPayonlineCards(std::vector<Card> *cards) {
-  const std::string token = accessTokenForRequest();
-  if (token.empty()) return kNotAuthorized;
-  Json::Value body;
-  body["access_token"] = token;
-  long code = 0;
   std::vector<char> response;
-  const ApiError error =
-      performRequestWithRefreshing(authorisedPost("/rest/V1/payonline/get-card", token, body), &code, &response);
+  const ApiError error = postWithToken("/rest/V1/payonline/get-card", Json::Value(), &response);
   return error != kNoError ? error : readCards(response, "id", "card", nullptr, cards);
 }
 
@@ -174,59 +156,49 @@ BookstoreApi::ApiError BookstoreApi::readCards(const std::vector<char> &response
 }
 
 BookstoreApi::ApiError BookstoreApi::removeHgwccCard(const std::string &cardId) {
-  const std::string token = accessTokenForRequest();
-  if (token.empty()) return kNotAuthorized;
   Json::Value body;
-  body["access_token"] = token;
   body["card_id"] = cardId;
-  long code = 0;
   std::vector<char> response;
-  return performRequestWithRefreshing(authorisedPost("/rest/V1/device-payment/remove-card", token, body), &code,
-                                      &response);
+  return postWithToken("/rest/V1/device-payment/remove-card", body, &response);
 }
 
 BookstoreApi::ApiError BookstoreApi::hgwccRebill(const std::string &quoteId, const std::string &cardId) {
-  const std::string token = accessTokenForRequest();
-  if (token.empty()) return kNotAuthorized;
   Json::Value body;
-  body["access_token"] = token;
   body["quote_id"] = quoteId;
   body["card_id"] = cardId;
-  long code = 0;
   std::vector<char> response;
-  return performRequestWithRefreshing(authorisedPost("/rest/V1/device-payment/hgwcc-rebill", token, body), &code,
-                                      &response);
+  return postWithToken("/rest/V1/device-payment/hgwcc-rebill", body, &response);
 }
 
 BookstoreApi::ApiError BookstoreApi::removePayOnlineCard(int id) {
-  const std::string token = accessTokenForRequest();
-  if (token.empty()) return kNotAuthorized;
   Json::Value body;
-  body["access_token"] = token;
   body["id"] = std::to_string(id);
-  long code = 0;
   std::vector<char> response;
-  return performRequestWithRefreshing(authorisedPost("/rest/V1/payonline/remove-card", token, body), &code, &response);
+  return postWithToken("/rest/V1/payonline/remove-card", body, &response);
 }
 
 BookstoreApi::ApiError BookstoreApi::getPayOnlineLink(const std::string &orderId, bool rebillRemember,
                                                       const std::string &rebillCard, std::string *link) {
-  const std::string token = accessTokenForRequest();
-  if (token.empty()) return kNotAuthorized;
   Json::Value body;
-  body["access_token"] = token;
   body["orderId"] = orderId;
   body["rebillRemember"] = rebillRemember;
   body["rebillCard"] = rebillCard;
-  long code = 0;
   std::vector<char> response;
-  const ApiError error =
-      performRequestWithRefreshing(authorisedPost("/rest/V1/payonline/get-link", token, body), &code, &response);
+  const ApiError error = postWithToken("/rest/V1/payonline/get-link", body, &response);
   if (error != kNoError) return error;
   Json::Value answer;
   if (!ResponseBody::parse(response, &answer)) return kFail;
   *link = answer.isConvertibleTo(Json::stringValue) ? answer.asString() : std::string();
   return kNoError;
+}
+
+// The card calls carry the token in the body too, and are sent again, unchanged, after a refresh.
+BookstoreApi::ApiError BookstoreApi::postWithToken(const char *path, Json::Value body, std::vector<char> *response) {
+  const std::string token = accessTokenForRequest();
+  if (token.empty()) return kNotAuthorized;
+  body["access_token"] = token;
+  long code = 0;
+  return performRequestWithRefreshing(authorisedPost(path, token, body), &code, response);
 }
 
 BookstoreApi::ApiError BookstoreApi::PerformPayOnlineRequest(const std::string &url, std::vector<char> *response,
