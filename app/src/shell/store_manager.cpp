@@ -1,6 +1,7 @@
 #include "store_manager.h"
 
 #include <QQmlContext>
+#include <QTimer>
 #include <QUrl>
 #include <QtQml>
 
@@ -28,6 +29,12 @@ timespec stopwatch() {
   return now;
 }
 
+// The device fetches its unit parameters once the store has settled.
+void startParameterUpdater() {
+  const char *const argv[] = {"-f", "-r"};
+  OpenTask("/coreapp/bin/fetch_unit_params.app", 2, argv, 0);
+}
+
 lumenpress::opds::DataManager &catalogue() {
   return FeedProvider::Instance().dataManager();
 }
@@ -50,6 +57,7 @@ QString StoreManager::opdsBaseUrl() {
 }
 
 int StoreManager::Init(int, char **) {
+  QTimer::singleShot(30000, Qt::CoarseTimer, startParameterUpdater);
   const timespec start = stopwatch();
   catalogue().setDiskCache("/mnt/ext1/system/cache/bookstore_feeds_cache", "bookstore_feeds_cache");
   readStoreSettings();

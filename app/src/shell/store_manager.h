@@ -11,6 +11,7 @@
 #include <string>
 
 #include "opds_list_data_model.h"
+#include "purchase_books_col.h"
 #include "start_view.h"
 
 class StoreManager : public QObject {
@@ -43,6 +44,8 @@ private:
   OpdsListDataModel root_model_;
   OpdsListDataModel acquisition_model_;
   OpdsListDataModel audio_model_;
+  // The books of the running purchase.
+  lumenpress::bookstore::PurchaseBooksCol purchase_col_;
   StartView::EnStartView start_view_ = StartView::Home;
   // The store in use, until the list of stores holds it.
   std::string store_url_;
