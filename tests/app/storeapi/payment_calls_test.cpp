@@ -1,6 +1,8 @@
 // Payment methods, stored cards and the card gateway, which the client posts to directly.
 #include <algorithm>
+#include <fstream>
 
+#include "device_path.h"
 #include "store_api_fixture.h"
 
 using lumenpress::bookstore::BookPurchaseInfo;
@@ -134,7 +136,44 @@ TEST_F(PaymentCallsTest, GatewayPostsWithoutAQuestionMarkOrWithARedirectFail) {
   EXPECT_EQ(api_->PerformPayOnlineRequest(gatewayLink(false), &response, &code), BookstoreApi::kHttpError);
   EXPECT_EQ(code, 302);
   EXPECT_EQ(text(response), "moved");
+
+  // Without a network the gateway is not tried at all.
+  std::ofstream(lumenpress::platform::DeviceRoot() + "/host/network_down");
+  store_.clearRequests();
+  EXPECT_EQ(api_->PerformPayOnlineRequest(bare, &response, &code), BookstoreApi::kFail);
+  EXPECT_TRUE(store_.requests().empty());
   EXPECT_TRUE(errors().empty());
+}
+
+TEST_F(PaymentCallsTest, StoredCardPaysTheCartAtOnce) {
+  signIn();
+  std::vector<BookstoreApi::Card> cards;
+  ASSERT_EQ(api_->getHgwccCards(&cards), BookstoreApi::kNoError);
+  ASSERT_EQ(cards.size(), 2u) << "the seeded customer keeps two";
+  EXPECT_FALSE(cards[0].method.empty()) << "the brand";
+  std::string quote;
+  std::string cleared;
+  ASSERT_EQ(api_->clearCart(&cleared), BookstoreApi::kNoError);
+  ASSERT_EQ(api_->createQuote(&quote), BookstoreApi::kNoError);
+  ASSERT_EQ(api_->addToCart(quote, {BookPurchaseInfo{"91", "91"}}), BookstoreApi::kNoError);
+
+  ASSERT_EQ(api_->hgwccRebill(quote, cards[1].id), BookstoreApi::kNoError);
+  const Json::Value rebill = lastBodyTo("rest/V1/device-payment/hgwcc-rebill");
+  EXPECT_EQ(rebill["quote_id"].asString(), quote);
+  EXPECT_EQ(rebill["card_id"].asString(), cards[1].id);
+  std::string status;
+  ASSERT_EQ(api_->getPaymentStatus("", quote, &status), BookstoreApi::kNoError);
+  EXPECT_EQ(status, "complete");
+  std::vector<BookstoreApi::Card> last;
+  ASSERT_EQ(api_->getLastUsedCard(last), BookstoreApi::kNoError);
+  ASSERT_EQ(last.size(), 1u);
+  EXPECT_EQ(last[0].id, cards[1].id);
+  EXPECT_EQ(last[0].method, "hgwcc");
+
+  ASSERT_EQ(api_->removeHgwccCard(cards[1].id), BookstoreApi::kNoError);
+  std::vector<BookstoreApi::Card> left;
+  ASSERT_EQ(api_->getHgwccCards(&left), BookstoreApi::kNoError);
+  EXPECT_EQ(left.size(), 1u);
 }
 
 TEST_F(PaymentCallsTest, CardListsAreReadByGatewayAndRefusedInOtherShapes) {
