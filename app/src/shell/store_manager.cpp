@@ -12,6 +12,8 @@
 #include "hwconfig.h"
 #include "lp_log.h"
 #include "panelkit.h"
+#include "panelkit_draw.h"
+#include "smart_bitmap.h"
 
 namespace {
 
@@ -33,6 +35,17 @@ timespec stopwatch() {
 void startParameterUpdater() {
   const char *const argv[] = {"-f", "-r"};
   OpenTask("/coreapp/bin/fetch_unit_params.app", 2, argv, 0);
+}
+
+// Drawn straight on the panel, so that the owner sees the store long before the screens are
+// compiled.
+void drawSplash() {
+  const lumenpress::utilities::SmartBitmap splash("splash_screen", false);
+  if (splash.empty()) return;
+  FillArea(0, 0, ScreenWidth(), ScreenHeight(), 0x00FFFFFF);
+  const int y = static_cast<int>((ScreenHeight() - PanelHeight()) * 0.372);
+  DrawBitmap((ScreenWidth() - splash.width()) / 2, y, splash.get());
+  PartialUpdate(0, 0, ScreenWidth(), ScreenHeight());
 }
 
 lumenpress::opds::DataManager &catalogue() {
@@ -60,6 +73,7 @@ int StoreManager::Init(int, char **) {
   QTimer::singleShot(30000, Qt::CoarseTimer, startParameterUpdater);
   const timespec start = stopwatch();
   catalogue().setDiskCache("/mnt/ext1/system/cache/bookstore_feeds_cache", "bookstore_feeds_cache");
+  drawSplash();
   readStoreSettings();
   publishToScreens();
   std::fprintf(stderr, "\n\n\n\n+++++++++++++++ All the STAFF takes %6.6f\n\n\n\n", secondsSince(start));

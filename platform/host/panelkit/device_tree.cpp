@@ -25,6 +25,7 @@ const char *const kFolders[] = {
     "/coreapp/bin",
     "/coreapp/license",
     "/coreapp/lang",
+    "/coreapp/resources",
     "/tmp",
     "/host",
 };
@@ -118,15 +119,16 @@ void DeviceTree::fill(const std::string &root) {
        "model=LumenPress Reader 740-2\nsoftware_version=U740.6.10.1508\nuse_audio_player=1\n"
        "has_audio=1\ntouchpanel=1\nwifi=1\ncustomized_partner=0\n");
   seed(root + "/mnt/secure/fwinfo.txt", "Model: 740-2\nSW Version: 6.10.1508;\n");
-  installLanguageFiles(root);
+  installFiles(LP_LANG_SOURCE_DIR, ".txt", root + "/coreapp/lang");
+  installFiles(LP_RESOURCE_SOURCE_DIR, ".png", root + "/coreapp/resources");
 }
 
-// Language files follow the build: a newer build's texts replace older copies.
-void DeviceTree::installLanguageFiles(const std::string &root) {
+// Language files and resources follow the build: a newer build's files replace older copies.
+void DeviceTree::installFiles(const char *source, const char *extension, const std::string &folder) {
   std::error_code error;
-  for (const auto &entry : fs::directory_iterator(LP_LANG_SOURCE_DIR, error)) {
-    if (entry.path().extension() != ".txt") continue;
-    const fs::path target = fs::path(root + "/coreapp/lang") / entry.path().filename();
+  for (const auto &entry : fs::directory_iterator(source, error)) {
+    if (entry.path().extension() != extension) continue;
+    const fs::path target = fs::path(folder) / entry.path().filename();
     std::error_code stat_error;
     const bool current = fs::exists(target, stat_error) &&
                          fs::last_write_time(target, stat_error) >= fs::last_write_time(entry.path(), stat_error) &&

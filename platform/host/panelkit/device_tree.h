@@ -22,7 +22,7 @@ private:
   DeviceTree() = default;
   static std::string configuredRoot();
   void fill(const std::string &root);
-  void installLanguageFiles(const std::string &root);
+  void installFiles(const char *source, const char *extension, const std::string &folder);
 
   std::mutex mutex_;
   std::string filled_root_;

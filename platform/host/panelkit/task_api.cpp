@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "device_tree.h"
+#include "host_bitmap.h"
 #include "panelkit.h"
 #include "task_journal.h"
 #include "task_registry.h"
@@ -18,10 +19,6 @@
 using lumenpress::platform::DeviceTree;
 using lumenpress::platform::TaskJournal;
 using lumenpress::platform::TaskRegistry;
-
-struct lpbitmap {
-  std::string name;
-};
 
 unsigned char pkmpc[16] = {};
 

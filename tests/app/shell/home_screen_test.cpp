@@ -11,6 +11,7 @@
 #include <functional>
 #include <thread>
 
+#include "device_path.h"
 #include "devstore_process.h"
 #include "message_handler.h"
 #include "panelkit.h"
@@ -77,6 +78,13 @@ TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
   }
   EXPECT_GT(dark, 200);
   EXPECT_EQ(qGray(shown.pixel(shown.width() - 2, 2)), 255);
+
+  // The splash was on the panel before the screens were.
+  const QImage splash(QString::fromStdString(lumenpress::platform::DeviceRoot() + "/host/panel.png"));
+  ASSERT_FALSE(splash.isNull());
+  EXPECT_EQ(qGray(splash.pixel(0, 0)), 255);
+  EXPECT_LT(qGray(splash.pixel(splash.width() / 2, static_cast<int>(splash.height() * 0.372) + 130)), 128)
+      << "the book of the splash";
 
   const Json::Value requests = store.requests();
   bool homeFetched = false;
