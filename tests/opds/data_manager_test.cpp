@@ -129,7 +129,7 @@ TEST_F(DataManagerTest, PagesAppendUntilThereIsNoNextLink) {
   manager.Init();
   auto list = manager.GetList(url("/home"));
   ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
-  EXPECT_TRUE(list->reset_required);
+  EXPECT_FALSE(list->reset_required) << "a first page needs no second reset";
   for (size_t pages = 2; pages <= 3; ++pages) {
     ASSERT_EQ(manager.LoadNextPage(list), 0);
     ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
@@ -139,6 +139,13 @@ TEST_F(DataManagerTest, PagesAppendUntilThereIsNoNextLink) {
   EXPECT_EQ(list->entries.size(), 45u);
   EXPECT_EQ(list->entries.back()->id, "book-44");
   EXPECT_EQ(manager.LoadNextPage(list), -8);
+
+  // Loaded anew, the list starts again at its first page, and its models must start over.
+  EXPECT_EQ(manager.GetListEx(url("/home"), true), list);
+  ASSERT_TRUE(pump(manager, [&] { return loaded(list); }));
+  EXPECT_EQ(list->Feeds().size(), 1u);
+  EXPECT_EQ(list->entries.size(), 20u);
+  EXPECT_TRUE(list->reset_required);
 }
 
 TEST_F(DataManagerTest, BearerTokenGoesOnlyWhereItsKeyMatches) {

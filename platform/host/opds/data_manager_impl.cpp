@@ -81,12 +81,15 @@ void DataManager::Impl::startLoad(const std::shared_ptr<ItemsList> &list, const 
 void DataManager::Impl::apply(const std::shared_ptr<ItemsList> &list, const FeedLoader::Result &result, Mode mode) {
   list->loading = false;
   if (result.error == 0 && result.feed) {
+    // Only a list that held pages before needs its models rebuilt: a first page resets them
+    // anyway, and a second reset would throw away the rows the first one made.
+    const bool reloaded = mode == Mode::kReplace && !list->Feeds().empty();
     if (mode == Mode::kReplace) {
       list->Feeds().clear();
       list->entries.clear();
       list->setTitle(result.title);
     }
-    list->reset_required = mode == Mode::kReplace;
+    list->reset_required = reloaded;
     list->stale = false;
     list->Feeds().push_back(result.feed);
     list->entries.insert(list->entries.end(), result.feed->entries.begin(), result.feed->entries.end());
