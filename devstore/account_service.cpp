@@ -1,19 +1,14 @@
 #include "account_service.h"
 
-#include <ctime>
-
 #include "password_hasher.h"
 #include "seed_vocabulary.h"
+#include "unix_time.h"
 
 namespace devstore {
 
 namespace {
 
 constexpr size_t kShortestPassword = 6;
-
-long long now() {
-  return static_cast<long long>(std::time(nullptr));
-}
 
 // The store's language by its own name, as the store picker shows it.
 std::string languageName(const std::string &code) {
@@ -99,7 +94,7 @@ RestAnswer AccountService::setSubscription(const RestCall &call) {
   const long long stored = db_->run(
       "INSERT INTO newsletter(customer_id, marketing, changed_at) VALUES (?, ?, ?)"
       " ON CONFLICT(customer_id) DO UPDATE SET marketing = excluded.marketing, changed_at = excluded.changed_at",
-      {call.customer, static_cast<long long>(marketing.asInt()), now()});
+      {call.customer, static_cast<long long>(marketing.asInt()), UnixTime::now()});
   return stored < 0 ? RestAnswer::error(500, "the consent could not be stored") : RestAnswer::boolean(true);
 }
 
@@ -144,12 +139,12 @@ RestAnswer AccountService::me(const RestCall &call) const {
 
 bool AccountService::locked(long long customerId) const {
   const auto rows = db_->query("SELECT COUNT(*) AS n FROM login_failures WHERE customer_id = ? AND failed_at > ?",
-                               {customerId, now() - kLockWindowSeconds});
+                               {customerId, UnixTime::now() - kLockWindowSeconds});
   return !rows.empty() && rows.front().integer("n") >= kFailuresToLock;
 }
 
 void AccountService::countFailure(long long customerId) {
-  db_->run("INSERT INTO login_failures(customer_id, failed_at) VALUES (?, ?)", {customerId, now()});
+  db_->run("INSERT INTO login_failures(customer_id, failed_at) VALUES (?, ?)", {customerId, UnixTime::now()});
 }
 
 }  // namespace devstore

@@ -1,14 +1,10 @@
 #include "card_store.h"
 
-#include <ctime>
+#include "unix_time.h"
 
 namespace devstore {
 
 namespace {
-
-long long now() {
-  return static_cast<long long>(std::time(nullptr));
-}
 
 CardStore::Card cardFrom(const SqlRow &row) {
   return {row.integer("id"), row.text("gateway"), row.text("number"), row.text("brand")};
@@ -56,11 +52,11 @@ long long CardStore::remember(long long customerId, const std::string &gateway, 
     return known.front().integer("id");
   }
   return db_->run("INSERT INTO cards(customer_id, gateway, number, brand, last_used_at) VALUES (?, ?, ?, ?, ?)",
-                  {customerId, gateway, masked, brand(number), now()});
+                  {customerId, gateway, masked, brand(number), UnixTime::now()});
 }
 
 void CardStore::markUsed(long long id) {
-  db_->run("UPDATE cards SET last_used_at = ? WHERE id = ?", {now(), id});
+  db_->run("UPDATE cards SET last_used_at = ? WHERE id = ?", {UnixTime::now(), id});
 }
 
 std::string CardStore::mask(const std::string &number) {

@@ -2,16 +2,13 @@
 
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <map>
+
+#include "unix_time.h"
 
 namespace devstore {
 
 namespace {
-
-long long now() {
-  return static_cast<long long>(std::time(nullptr));
-}
 
 std::string money(double amount) {
   char text[32];
@@ -38,7 +35,7 @@ RestAnswer CartService::quote(const RestCall &call) {
                                  {call.customer, call.store.code});
     id = !rows.empty() ? rows.front().integer("id")
                        : db_->run("INSERT INTO quotes(customer_id, store_code, created_at) VALUES (?, ?, ?)",
-                                  {call.customer, call.store.code, now()});
+                                  {call.customer, call.store.code, UnixTime::now()});
     return id >= 0;
   });
   return id < 0 ? RestAnswer::error(500, "no cart could be made") : RestAnswer::string(std::to_string(id));

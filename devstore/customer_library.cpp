@@ -1,17 +1,10 @@
 #include "customer_library.h"
 
-#include <ctime>
 #include <vector>
 
+#include "unix_time.h"
+
 namespace devstore {
-
-namespace {
-
-long long now() {
-  return static_cast<long long>(std::time(nullptr));
-}
-
-}  // namespace
 
 CustomerLibrary::CustomerLibrary(Database *db, const Catalogue *catalogue) : db_(db), catalogue_(catalogue) {}
 
@@ -36,7 +29,7 @@ RestAnswer CustomerLibrary::wish(const RestCall &call) {
   if (!id) return RestAnswer::error(400, "give \"productId\"");
   if (!catalogue_->book(call.store, *id)) return RestAnswer::error(404, "no such book");
   const long long added = db_->run("INSERT OR IGNORE INTO wishlist(customer_id, book_id, added_at) VALUES (?, ?, ?)",
-                                   {call.customer, *id, now()});
+                                   {call.customer, *id, UnixTime::now()});
   return added < 0 ? RestAnswer::error(500, "the wish could not be stored") : RestAnswer::boolean(true);
 }
 

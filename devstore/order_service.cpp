@@ -1,17 +1,13 @@
 #include "order_service.h"
 
 #include <cstdio>
-#include <ctime>
 
 #include "json_text.h"
+#include "unix_time.h"
 
 namespace devstore {
 
 namespace {
-
-long long now() {
-  return static_cast<long long>(std::time(nullptr));
-}
 
 OrderService::Order orderFrom(const SqlRow &row) {
   OrderService::Order order;
@@ -67,7 +63,7 @@ RestAnswer OrderService::setSource(const RestCall &call) {
   if (!id || !source) return RestAnswer::error(400, "give \"orderId\" and \"source\"");
   const auto found = order(*id);
   if (!found || found->customer_id != call.customer) return RestAnswer::error(404, "no such order");
-  if (db_->run("UPDATE orders SET source = ?, updated_at = ? WHERE id = ?", {*source, now(), *id}) < 0) {
+  if (db_->run("UPDATE orders SET source = ?, updated_at = ? WHERE id = ?", {*source, UnixTime::now(), *id}) < 0) {
     return RestAnswer::error(500, "the source could not be stored");
   }
   return RestAnswer::boolean(true);
@@ -128,7 +124,8 @@ bool OrderService::insertOrder(const SqlRow &quote, const std::string &method, d
   *orderId = db_->run(
       "INSERT INTO orders(customer_id, quote_id, store_code, method, status, total, currency, billing, agreement_ids,"
       " created_at, updated_at) SELECT ?, ?, ?, ?, 'pending', ?, currency, ?, ?, ?, ? FROM stores WHERE code = ?",
-      {quote.integer("customer_id"), quoteId, store, method, total, billing, agreements, now(), now(), store});
+      {quote.integer("customer_id"), quoteId, store, method, total, billing, agreements, UnixTime::now(),
+       UnixTime::now(), store});
   return *orderId > 0 &&
          db_->run(
              "INSERT INTO order_items(order_id, book_id, price) SELECT ?, i.book_id, p.price FROM quote_items i"
@@ -146,18 +143,20 @@ bool OrderService::complete(long long orderId) {
 bool OrderService::completeInside(long long orderId) {
   const auto found = order(orderId);
   if (!found || found->status != "pending") return false;
-  return db_->run("UPDATE orders SET status = 'complete', updated_at = ? WHERE id = ?", {now(), orderId}) >= 0 &&
+  return db_->run("UPDATE orders SET status = 'complete', updated_at = ? WHERE id = ?", {UnixTime::now(), orderId}) >=
+             0 &&
          db_->run(
              "INSERT OR IGNORE INTO purchases(customer_id, book_id, store_code, purchased_at)"
              " SELECT ?, book_id, ?, ? FROM order_items WHERE order_id = ?",
-             {found->customer_id, found->store_code, now(), orderId}) >= 0;
+             {found->customer_id, found->store_code, UnixTime::now(), orderId}) >= 0;
 }
 
 bool OrderService::cancel(long long orderId) {
   const bool done = db_->transaction([&] {
     const auto found = order(orderId);
     return found && found->status == "pending" &&
-           db_->run("UPDATE orders SET status = 'cancel', updated_at = ? WHERE id = ?", {now(), orderId}) >= 0;
+           db_->run("UPDATE orders SET status = 'cancel', updated_at = ? WHERE id = ?", {UnixTime::now(), orderId}) >=
+               0;
   });
   if (done) std::fprintf(stderr, "devstore: order %lld cancelled\n", orderId);
   return done;

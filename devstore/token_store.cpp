@@ -2,9 +2,8 @@
 
 #include <openssl/rand.h>
 
-#include <ctime>
-
 #include "serialization_utils.h"
+#include "unix_time.h"
 
 namespace devstore {
 
@@ -16,10 +15,6 @@ std::string randomToken() {
   return lumenpress::utilities::SerializationUtils::ToHex(bytes);
 }
 
-long long now() {
-  return static_cast<long long>(std::time(nullptr));
-}
-
 }  // namespace
 
 TokenStore::TokenStore(Database *db) : db_(db) {}
@@ -29,9 +24,9 @@ std::optional<TokenStore::Pair> TokenStore::issue(long long customerId) {
   if (pair.access.empty() || pair.refresh.empty()) return std::nullopt;
   const bool stored = db_->transaction([&] {
     return db_->run("INSERT INTO tokens(token, customer_id, kind, expires_at) VALUES (?, ?, 'access', ?)",
-                    {pair.access, customerId, now() + kAccessLifetimeSeconds}) >= 0 &&
+                    {pair.access, customerId, UnixTime::now() + kAccessLifetimeSeconds}) >= 0 &&
            db_->run("INSERT INTO tokens(token, customer_id, kind, expires_at) VALUES (?, ?, 'refresh', ?)",
-                    {pair.refresh, customerId, now() + kRefreshLifetimeSeconds}) >= 0;
+                    {pair.refresh, customerId, UnixTime::now() + kRefreshLifetimeSeconds}) >= 0;
   });
   if (!stored) return std::nullopt;
   return pair;
@@ -44,11 +39,12 @@ std::optional<std::string> TokenStore::refresh(const std::string &access, const 
     const auto rows = db_->query(
         "SELECT r.customer_id FROM tokens r JOIN tokens a ON a.customer_id = r.customer_id AND a.kind = 'access'"
         " WHERE r.token = ? AND r.kind = 'refresh' AND r.expires_at > ? AND a.token = ?",
-        {refresh, now(), access});
+        {refresh, UnixTime::now(), access});
     if (rows.empty()) return false;
-    return db_->run("UPDATE tokens SET expires_at = MIN(expires_at, ?) WHERE token = ?", {now(), access}) >= 0 &&
+    return db_->run("UPDATE tokens SET expires_at = MIN(expires_at, ?) WHERE token = ?", {UnixTime::now(), access}) >=
+               0 &&
            db_->run("INSERT INTO tokens(token, customer_id, kind, expires_at) VALUES (?, ?, 'access', ?)",
-                    {fresh, rows.front().integer("customer_id"), now() + kAccessLifetimeSeconds}) >= 0;
+                    {fresh, rows.front().integer("customer_id"), UnixTime::now() + kAccessLifetimeSeconds}) >= 0;
   });
   if (!issued) return std::nullopt;
   return fresh;
@@ -62,7 +58,7 @@ std::optional<long long> TokenStore::customerFor(const std::string &authorizatio
 
 std::optional<long long> TokenStore::customerOfAccessToken(const std::string &token) const {
   const auto rows = db_->query("SELECT customer_id FROM tokens WHERE token = ? AND kind = 'access' AND expires_at > ?",
-                               {token, now()});
+                               {token, UnixTime::now()});
   if (rows.empty()) return std::nullopt;
   return rows.front().integer("customer_id");
 }
@@ -70,7 +66,7 @@ std::optional<long long> TokenStore::customerOfAccessToken(const std::string &to
 int TokenStore::expire(const std::string &token) {
   int expired = 0;
   db_->transaction([&] {
-    const long long time = now();
+    const long long time = UnixTime::now();
     const auto before = db_->query("SELECT COUNT(*) AS n FROM tokens WHERE expires_at > ? AND (? = '' OR token = ?)",
                                    {time, token, token});
     expired = before.empty() ? 0 : static_cast<int>(before.front().integer("n"));
