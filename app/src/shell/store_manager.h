@@ -7,11 +7,9 @@
 #include <QQmlApplicationEngine>
 #include <QString>
 
-#include <ctime>
 #include <string>
 
 #include "opds_list_data_model.h"
-#include "purchase_books_col.h"
 #include "start_view.h"
 
 class StoreManager : public QObject {
@@ -39,22 +37,10 @@ private:
   void readStoreSettings();
   void publishToScreens();
 
-  // The start request of the command line and what it names.
-  int custom_open_ = 0;
-  std::string book_id_;
-  std::string url_;
-  std::string search_string_;
-  std::string promotions_id_;
-  bool is_search_mode_ = false;
   QQmlApplicationEngine engine_;
   OpdsListDataModel root_model_;
   OpdsListDataModel acquisition_model_;
   OpdsListDataModel audio_model_;
-  // Lists of the root feed that the command line can ask for by name.
-  std::string bestseller_url_;
-  std::string new_url_;
-  // The books of the running purchase.
-  lumenpress::bookstore::PurchaseBooksCol purchase_col_;
   StartView::EnStartView start_view_ = StartView::Home;
   // The store in use, until the list of stores holds it.
   std::string store_url_;
