@@ -1,9 +1,8 @@
 // devstore as a client sees it: its seeded catalogue, its bearer-protected feeds and files,
-// and the control interface that tests use to see requests and make failures.
+// suggestions, and a restart. Its faults and request log are used, and so tested, by every
+// test against it.
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
-
-#include <curl/curl.h>
 
 #include <set>
 
@@ -155,58 +154,8 @@ TEST_F(StorefrontTest, BadRequestsGetClearAnswers) {
   EXPECT_EQ(store_.get(store_.opds() + "nothing").status, 404);
   EXPECT_EQ(store_.get("/xx_xx/lpress/opds/home").status, 404);
   EXPECT_EQ(store_.get("/covers/999999.jpg").status, 404);
-}
-
-TEST_F(StorefrontTest, InjectedFaultsHitTheirPathAsOftenAsAsked) {
-  const std::string home = store_.opds() + "home";
-  Json::Value failing;
-  failing["path"] = "/de_de/lpress/opds/home";
-  failing["count"] = 2;
-  failing["status"] = 500;
-  ASSERT_TRUE(store_.addFault(failing));
-  EXPECT_EQ(store_.get(home).status, 500);
-  EXPECT_EQ(store_.get(store_.opds() + "genres").status, 200);
-  EXPECT_EQ(store_.get(home).status, 500);
-  EXPECT_EQ(store_.get(home).status, 200);
-
-  const auto fault = [&](const char *kind) {
-    Json::Value value;
-    value["path"] = "/de_de/lpress/opds/home";
-    value[kind] = true;
-    return store_.addFault(value);
-  };
-  ASSERT_TRUE(fault("drop"));
-  EXPECT_NE(store_.get(home).error, 0);
-  ASSERT_TRUE(fault("truncate"));
-  EXPECT_EQ(store_.get(home).error, CURLE_PARTIAL_FILE);
-  ASSERT_TRUE(fault("break"));
-  const HttpAnswer broken = store_.get(home);
-  EXPECT_EQ(broken.status, 200);
-  EXPECT_FALSE(pugi::xml_document().load_string(broken.body.c_str()));
-
-  Json::Value slow;
-  slow["path"] = "/de_de/lpress/opds/home";
-  slow["delay_ms"] = 2500;
-  ASSERT_TRUE(store_.addFault(slow));
-  EXPECT_EQ(store_.get(home, {}, 1).error, CURLE_OPERATION_TIMEDOUT);
-
   EXPECT_EQ(store_.send("POST", "/_control/faults", "{\"path\":\"/x\"}").status, 400);
   EXPECT_EQ(store_.send("POST", "/_control/faults", "not json").status, 400);
-}
-
-TEST_F(StorefrontTest, RequestLogShowsWhatWentOnTheWire) {
-  store_.clearRequests();
-  store_.get(store_.opds() + "search?q=silent%20river", {"Authorization: Bearer abc"});
-  store_.send("POST", "/de_de/lpress/opds/suggest/?q=Sil", "");
-  const Json::Value log = store_.requests();
-  ASSERT_EQ(log.size(), 2u);
-  EXPECT_EQ(log[0]["path"].asString(), "/de_de/lpress/opds/search");
-  EXPECT_EQ(log[0]["query"]["q"].asString(), "silent river");
-  EXPECT_EQ(log[0]["authorization"].asString(), "Bearer abc");
-  EXPECT_EQ(log[0]["status"].asInt(), 200);
-  EXPECT_EQ(log[1]["method"].asString(), "POST");
-  store_.clearRequests();
-  EXPECT_EQ(store_.requests().size(), 0u);
 }
 
 TEST_F(StorefrontTest, SuggestionsOfferTermsAndBooksWithTheirFeeds) {

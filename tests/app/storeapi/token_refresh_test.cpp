@@ -74,6 +74,7 @@ TEST_F(StoreApiTest, ExpiredTokenIsRefreshedAndTheCallRepeatedWithTheNewOne) {
   ASSERT_EQ(calls.size(), 2u);
   EXPECT_EQ(calls[0]["authorization"].asString(), "Bearer " + old);
   EXPECT_EQ(calls[1]["authorization"].asString(), "Bearer " + fresh);
+  EXPECT_EQ(calls[1]["content_type"].asString(), "") << "the user record is asked for without a body";
 }
 
 TEST_F(StoreApiTest, SecondRefusalAfterARefreshEndsTheCall) {
