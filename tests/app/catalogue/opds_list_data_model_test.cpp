@@ -6,11 +6,8 @@
 #include <QCoreApplication>
 #include <QSignalSpy>
 
-#include <chrono>
-#include <functional>
-#include <thread>
-
 #include "devstore_process.h"
+#include "event_wait.h"
 #include "feed_provider.h"
 
 using lumenpress::opds::Feed;
@@ -19,16 +16,9 @@ using lumenpress::opds::OPDS::Entry;
 using lumenpress::opds::OPDS::Link;
 using lumenpress::opds::OPDS::Price;
 using lumenpress::testing::DevstoreProcess;
+using lumenpress::testing::waitUntil;
 
 namespace {
-
-bool waitUntil(const std::function<bool()> &done) {
-  for (int i = 0; i < 1000 && !done(); ++i) {
-    QCoreApplication::processEvents();
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return done();
-}
 
 QVariant role(const OpdsListDataModel &model, int row, int role) {
   return model.data(model.index(row), role);

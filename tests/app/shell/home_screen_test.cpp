@@ -6,28 +6,19 @@
 #include <QQuickWindow>
 #include <QScreen>
 
-#include <chrono>
 #include <fstream>
-#include <functional>
-#include <thread>
 
 #include "device_path.h"
 #include "devstore_process.h"
+#include "event_wait.h"
 #include "message_handler.h"
 #include "panelkit.h"
 #include "store_manager.h"
 
 using lumenpress::testing::DevstoreProcess;
+using lumenpress::testing::waitUntil;
 
 namespace {
-
-bool waitUntil(const std::function<bool()> &done) {
-  for (int i = 0; i < 1500 && !done(); ++i) {
-    QCoreApplication::processEvents();
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return done();
-}
 
 // Delegates hang in the tree of visual items, not always in the tree of objects.
 void collect(QQuickItem *item, const QString &name, QStringList *found) {
