@@ -26,6 +26,9 @@ bool StoreServer::open(std::string *error) {
     *error = "the catalogue could not be seeded";
     return false;
   }
+  // This server reads ahead per request and would silently drop a pipelined one (Qt's image
+  // loader pipelines). Closing after each answer tells such a client to send it again.
+  server_.set_keep_alive_max_count(1);
   server_.set_pre_routing_handler(
       [this](const httplib::Request &req, httplib::Response &res) { return beforeRouting(req, res); });
   server_.set_post_routing_handler(

@@ -20,9 +20,8 @@ ListView {
             color: "#eeeeee"
             border.color: "#888888"
 
-            // Network images load in the background by themselves; asking for it as well
-            // showed a neighbour's cover now and then.
             Image {
+                objectName: "cover"
                 anchors.fill: parent
                 anchors.margins: 1
                 source: cover_url

@@ -1,7 +1,11 @@
 // devstore as a client sees it: its seeded catalogue, its bearer-protected feeds and files,
 // suggestions, and a restart. Its faults and request log are used, and so tested, by every
 // test against it.
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <pugixml.hpp>
 
 #include <set>
@@ -176,6 +180,39 @@ TEST_F(StorefrontTest, SuggestionsOfferTermsAndBooksWithTheirFeeds) {
   }
   EXPECT_EQ(types, (std::set<std::string>{"term", "product"}));
   EXPECT_EQ(store_.get("/de_de/lpress/opds/suggest/?q=").body, "[]");
+}
+
+// Two requests sent at once on one connection, as a pipelining client does; what comes back
+// until the server closes it.
+std::string pipelinedAnswers(int port, const std::string &first, const std::string &second) {
+  const int fd = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  if (connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
+    close(fd);
+    return {};
+  }
+  const std::string requests =
+      "GET " + first + " HTTP/1.1\r\nHost: devstore\r\n\r\nGET " + second + " HTTP/1.1\r\nHost: devstore\r\n\r\n";
+  std::string answers;
+  if (write(fd, requests.data(), requests.size()) == static_cast<ssize_t>(requests.size())) {
+    char buffer[65536];
+    for (ssize_t got; (got = read(fd, buffer, sizeof buffer)) > 0;) answers.append(buffer, static_cast<size_t>(got));
+  }
+  close(fd);
+  return answers;
+}
+
+// A pipelined request must be answered or its connection closed at once, so that the client
+// sends it again; one that is read and dropped leaves the client waiting for an answer that
+// never comes, and Qt's image loader then hands an image the wrong picture.
+TEST_F(StorefrontTest, APipelinedRequestIsNeverDroppedUnanswered) {
+  const std::string answers = pipelinedAnswers(store_.port(), "/covers/1.jpg", "/covers/2.jpg");
+  ASSERT_NE(answers.find("HTTP/1.1 200"), std::string::npos);
+  const bool bothAnswered = answers.find("HTTP/1.1 200", answers.find("HTTP/1.1 200") + 1) != std::string::npos;
+  EXPECT_TRUE(bothAnswered || answers.find("Connection: close") != std::string::npos);
 }
 
 TEST(StorefrontRestart, KeepsItsDataAndTokens) {

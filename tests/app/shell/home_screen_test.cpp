@@ -5,7 +5,9 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QUrl>
 
+#include <algorithm>
 #include <fstream>
 
 #include "device_path.h"
@@ -21,14 +23,41 @@ using lumenpress::testing::waitUntil;
 namespace {
 
 // Delegates hang in the tree of visual items, not always in the tree of objects.
-void collect(QQuickItem *item, const QString &name, QStringList *found) {
-  if (item->objectName() == name && item->isVisible()) *found << item->property("text").toString();
+void collect(QQuickItem *item, const QString &name, QList<QQuickItem *> *found) {
+  if (item->objectName() == name && item->isVisible()) *found << item;
   for (QQuickItem *child : item->childItems()) collect(child, name, found);
+}
+
+QList<QQuickItem *> items(QQuickItem *root, const char *name) {
+  QList<QQuickItem *> found;
+  collect(root, QString::fromLatin1(name), &found);
+  return found;
+}
+
+// The mean colour of the middle of a picture, where a cover shows its own colour.
+QColor middleColour(const QImage &image, const QRect &area) {
+  const QRect middle(area.center() - QPoint(area.width() / 4, area.height() / 8),
+                     QSize(area.width() / 2, area.height() / 4));
+  long red = 0, green = 0, blue = 0, count = 0;
+  for (int y = middle.top(); y <= middle.bottom(); ++y) {
+    for (int x = middle.left(); x <= middle.right(); ++x) {
+      const QRgb pixel = image.pixel(x, y);
+      red += qRed(pixel);
+      green += qGreen(pixel);
+      blue += qBlue(pixel);
+      ++count;
+    }
+  }
+  return count ? QColor(red / count, green / count, blue / count) : QColor();
+}
+
+int distance(const QColor &a, const QColor &b) {
+  return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue());
 }
 
 QStringList texts(QQuickItem *root, const char *name) {
   QStringList found;
-  collect(root, QString::fromLatin1(name), &found);
+  for (QQuickItem *item : items(root, name)) found << item->property("text").toString();
   return found;
 }
 
@@ -69,6 +98,37 @@ TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
   }
   EXPECT_GT(dark, 200);
   EXPECT_EQ(qGray(shown.pixel(shown.width() - 2, 2)), 255);
+
+  // Each cover shows its own picture: the middle of what the window shows has the colour of
+  // the middle of the picture the store serves at the cover's address.
+  ASSERT_TRUE(waitUntil([&] {
+    const auto covers = items(window->contentItem(), "cover");
+    return covers.size() >= 8 &&
+           std::all_of(covers.begin(), covers.end(), [](QQuickItem *c) { return c->property("status").toInt() == 1; });
+  }));
+  // A frame drawn after the last cover arrived.
+  bool swapped = false;
+  QObject::connect(window, &QQuickWindow::frameSwapped, [&swapped] { swapped = true; });
+  window->update();
+  ASSERT_TRUE(waitUntil([&swapped] { return swapped; }));
+  const QImage painted = window->screen()->grabWindow(window->winId()).toImage();
+  int compared = 0;
+  for (QQuickItem *cover : items(window->contentItem(), "cover")) {
+    const QRect area = cover->mapRectToScene(QRectF(0, 0, cover->width(), cover->height())).toRect();
+    if (!painted.rect().contains(area)) continue;
+    const QUrl source = cover->property("source").toUrl();
+    const QImage served = QImage::fromData(QByteArray::fromStdString(
+        store.get(source.toString(QUrl::RemoveScheme | QUrl::RemoveAuthority | QUrl::FullyEncoded).toStdString())
+            .body));
+    ASSERT_FALSE(served.isNull()) << source.toString().toStdString();
+    const QColor onScreen = middleColour(painted, area);
+    const QColor expected = middleColour(served, served.rect());
+    EXPECT_LT(distance(onScreen, expected), 40)
+        << source.toString().toStdString() << " shows " << onScreen.name().toStdString() << ", served "
+        << expected.name().toStdString();
+    ++compared;
+  }
+  EXPECT_GE(compared, 8);
 
   // The splash was on the panel before the screens were.
   const QImage splash(QString::fromStdString(lumenpress::platform::DeviceRoot() + "/host/panel.png"));
