@@ -30,11 +30,10 @@ else
 fi
 store_url="http://127.0.0.1:${port}/de_de/"
 config="$(build/default/platform/host/tools/lpdevice path /mnt/ext1/system/config/bookstore.cfg)"
-if [ "${port}" != 8480 ]; then
-  mkdir -p "$(dirname "${config}")"
-  grep -v '^default_store=' "${config}" 2>/dev/null > "${config}.new" || true
-  echo "default_store=${store_url}" >> "${config}.new" && mv "${config}.new" "${config}"
-fi
+# Always written: a store chosen by an earlier run on another port must not linger.
+mkdir -p "$(dirname "${config}")"
+grep -v '^default_store=' "${config}" 2>/dev/null > "${config}.new" || true
+echo "default_store=${store_url}" >> "${config}.new" && mv "${config}.new" "${config}"
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   echo "run-store: starting kiosk-2.app in a window; close it to stop"
