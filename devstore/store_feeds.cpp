@@ -73,8 +73,9 @@ std::string StoreFeeds::home(const FeedParams &params) const {
   const bool audio = params.kind == "audio";
   const bool german = store_.language == "deu";
   const std::string name = audio ? "audio" : "home";
-  FeedWriter feed(feedId(name), audio ? (german ? "Hörbücher" : "Audio books") : store_.name,
-                  href(name, {{"content", params.content}}), false);
+  Query self = {{"content", params.content}};
+  if (params.page > 1) self.emplace_back("page", std::to_string(params.page));
+  FeedWriter feed(feedId(name), audio ? (german ? "Hörbücher" : "Audio books") : store_.name, href(name, self), false);
   feed.link("start", FeedWriter::kNavigationType, "home");
   addSearchLinks(&feed);
   for (const auto &language : vocabulary::languages()) {
@@ -89,8 +90,22 @@ std::string StoreFeeds::home(const FeedParams &params) const {
   feed.link("http://opds-spec.org/sort/popular", FeedWriter::kAcquisitionType,
             href("list", with({{"name", "popular"}}, params, false)), german ? "Beliebt" : "Popular");
 
+  const auto rows = homeRows(params);
+  const int total = static_cast<int>(rows.size());
+  feed.paging(total, params.page, kHomeRowsPerPage);
+  addPages(&feed, name, {}, params, total, kHomeRowsPerPage);
+  const int first = (params.page - 1) * kHomeRowsPerPage;
+  for (int i = first; i < total && i < first + kHomeRowsPerPage; ++i)
+    addRow(&feed, rows[i].id, rows[i].title, rows[i].href);
+  return feed.xml();
+}
+
+std::vector<StoreFeeds::HomeRow> StoreFeeds::homeRows(const FeedParams &params) const {
+  const bool audio = params.kind == "audio";
+  const bool german = store_.language == "deu";
+  std::vector<HomeRow> rows;
   const auto row = [&](const char *tag, const char *title, const char *list) {
-    addRow(&feed, std::string("tag:root:") + tag, title, href("list", with({{"name", list}}, params, false)));
+    rows.push_back({std::string("tag:root:") + tag, title, href("list", with({{"name", list}}, params, false))});
   };
   if (!audio) row("weekbook", german ? "Buch der Woche" : "Book of the week", "weekbook");
   row("popular", german ? "Beliebt" : "Popular", "popular");
@@ -100,11 +115,11 @@ std::string StoreFeeds::home(const FeedParams &params) const {
   if (!audio) row("free", german ? "Kostenlos" : "Free books", "free");
   for (const char *slug : audio ? kAudioHomeGenres : kHomeGenres) {
     if (const auto genre = catalogue_->genre(store_, slug)) {
-      addRow(&feed, std::string("tag:root:genre:") + slug, genre->name,
-             href("genre", with({{"id", slug}}, params, false)));
+      rows.push_back(
+          {std::string("tag:root:genre:") + slug, genre->name, href("genre", with({{"id", slug}}, params, false))});
     }
   }
-  return feed.xml();
+  return rows;
 }
 
 std::string StoreFeeds::genres(const FeedParams &params) const {
@@ -283,21 +298,20 @@ std::string StoreFeeds::bookList(const std::string &id, const std::string &title
   feed.link("start", FeedWriter::kNavigationType, "home");
   addSearchLinks(&feed);
   feed.paging(page.total, params.page, Catalogue::kPageSize);
-  addPages(&feed, path, query, params, page.total);
+  addPages(&feed, path, query, params, page.total, Catalogue::kPageSize);
   addFacets(&feed, path, query, params);
   for (const auto &book : page.books) addBook(&feed, book, owned);
   return feed.xml();
 }
 
 void StoreFeeds::addPages(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params,
-                          int total) const {
+                          int total, int perPage) const {
   const auto page = [&](int number) {
     Query paged = with(query, params, true);
     if (number > 1) paged.emplace_back("page", std::to_string(number));
     return href(path, paged);
   };
-  if (params.page * Catalogue::kPageSize < total)
-    feed->link("next", FeedWriter::kAcquisitionType, page(params.page + 1));
+  if (params.page * perPage < total) feed->link("next", FeedWriter::kAcquisitionType, page(params.page + 1));
   if (params.page > 1) feed->link("previous", FeedWriter::kAcquisitionType, page(params.page - 1));
   feed->link("first", FeedWriter::kAcquisitionType, page(1));
 }

@@ -41,6 +41,16 @@ public:
 
 private:
   using Query = std::vector<std::pair<std::string, std::string>>;
+  struct HomeRow {
+    std::string id;
+    std::string title;
+    std::string href;
+  };
+
+  // Few enough that the e-book home needs a second page, as a big store's does.
+  static constexpr int kHomeRowsPerPage = 6;
+
+  std::vector<HomeRow> homeRows(const FeedParams &params) const;
 
   std::string bookList(const std::string &id, const std::string &title, const std::string &path, const Query &query,
                        const BookQuery &books, const FeedParams &params, bool owned = false) const;
@@ -51,8 +61,8 @@ private:
   void addRow(FeedWriter *feed, const std::string &id, const std::string &title, const std::string &href) const;
   void addSearchLinks(FeedWriter *feed) const;
   void addFacets(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params) const;
-  void addPages(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params,
-                int total) const;
+  void addPages(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params, int total,
+                int perPage) const;
   std::string feedId(const std::string &name) const;
 
   static std::string href(const std::string &path, const Query &query);

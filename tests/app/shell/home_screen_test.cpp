@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <set>
 
 #include "device_path.h"
 #include "devstore_process.h"
@@ -137,10 +138,20 @@ TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
   EXPECT_LT(qGray(splash.pixel(splash.width() / 2, static_cast<int>(splash.height() * 0.372) + 130)), 128)
       << "the book of the splash";
 
-  const Json::Value requests = store.requests();
-  bool homeFetched = false;
-  for (const auto &request : requests) homeFetched |= request["path"].asString() == "/de_de/lpress/opds/home";
-  EXPECT_TRUE(homeFetched);
+  // Scrolled to its end, the page asks for the next page of rows and shows them.
+  QQuickItem *homeRows = items(window->contentItem(), "homeRows").value(0);
+  ASSERT_NE(homeRows, nullptr);
+  const int firstPage = homeRows->property("count").toInt();
+  QMetaObject::invokeMethod(homeRows, "positionViewAtEnd");
+  ASSERT_TRUE(waitUntil([&] { return homeRows->property("count").toInt() > firstPage; }));
+  QMetaObject::invokeMethod(homeRows, "positionViewAtEnd");
+  ASSERT_TRUE(waitUntil([&] { return texts(window->contentItem(), "rowTitle").contains("Fantasy"); }))
+      << texts(window->contentItem(), "rowTitle").join("|").toStdString();
+
+  std::set<std::string> targets;
+  for (const auto &request : store.requests()) targets.insert(request["target"].asString());
+  EXPECT_EQ(targets.count("/de_de/lpress/opds/home"), 1u);
+  EXPECT_EQ(targets.count("/de_de/lpress/opds/home?page=2"), 1u);
 }
 
 TEST(MessageHandler, QtLevelsMapOntoTheDevicesLevels) {
