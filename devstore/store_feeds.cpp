@@ -92,7 +92,6 @@ std::string StoreFeeds::home(const FeedParams &params) const {
 
   const auto rows = homeRows(params);
   const int total = static_cast<int>(rows.size());
-  feed.paging(total, params.page, kHomeRowsPerPage);
   addPages(&feed, name, {}, params, total, kHomeRowsPerPage);
   const int first = (params.page - 1) * kHomeRowsPerPage;
   for (int i = first; i < total && i < first + kHomeRowsPerPage; ++i)
@@ -297,7 +296,6 @@ std::string StoreFeeds::bookList(const std::string &id, const std::string &title
   FeedWriter feed(id, title, href(path, self), true);
   feed.link("start", FeedWriter::kNavigationType, "home");
   addSearchLinks(&feed);
-  feed.paging(page.total, params.page, Catalogue::kPageSize);
   addPages(&feed, path, query, params, page.total, Catalogue::kPageSize);
   addFacets(&feed, path, query, params);
   for (const auto &book : page.books) addBook(&feed, book, owned);
@@ -306,6 +304,7 @@ std::string StoreFeeds::bookList(const std::string &id, const std::string &title
 
 void StoreFeeds::addPages(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params,
                           int total, int perPage) const {
+  feed->paging(total, params.page, perPage);
   const auto page = [&](int number) {
     Query paged = with(query, params, true);
     if (number > 1) paged.emplace_back("page", std::to_string(number));

@@ -61,6 +61,7 @@ private:
   void addRow(FeedWriter *feed, const std::string &id, const std::string &title, const std::string &href) const;
   void addSearchLinks(FeedWriter *feed) const;
   void addFacets(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params) const;
+  // The OpenSearch counts and the next, previous and first links.
   void addPages(FeedWriter *feed, const std::string &path, const Query &query, const FeedParams &params, int total,
                 int perPage) const;
   std::string feedId(const std::string &name) const;
