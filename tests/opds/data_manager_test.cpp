@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <filesystem>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -41,18 +40,15 @@ std::string feedXml(const std::string &title, int first, int count, const std::s
 class DataManagerTest : public ::testing::Test {
 protected:
   void SetUp() override {
-    server_.Get("/home", [this](const httplib::Request &req, httplib::Response &res) {
-      record(req);
-      res.set_content(feedXml("Home", 0, 20, "page/2"), "application/atom+xml");
-    });
-    server_.Get("/page/2", [this](const httplib::Request &req, httplib::Response &res) {
-      record(req);
-      res.set_content(feedXml("Home", 20, 20, "/page/3"), "application/atom+xml");
-    });
-    server_.Get("/page/3", [this](const httplib::Request &req, httplib::Response &res) {
-      record(req);
-      res.set_content(feedXml("Home", 40, 5), "application/atom+xml");
-    });
+    const std::pair<const char *, std::string> pages[] = {{"/home", feedXml("Home", 0, 20, "page/2")},
+                                                          {"/page/2", feedXml("Home", 20, 20, "/page/3")},
+                                                          {"/page/3", feedXml("Home", 40, 5)}};
+    for (const auto &[path, xml] : pages) {
+      server_.Get(path, [this, xml = xml](const httplib::Request &req, httplib::Response &res) {
+        record(req);
+        res.set_content(xml, "application/atom+xml");
+      });
+    }
     server_.Get("/osd.xml", [](const httplib::Request &, httplib::Response &res) {
       res.set_content(
           "<OpenSearchDescription xmlns=\"http://a9.com/-/spec/opensearch/1.1/\"><Url type=\"text/html\" "
@@ -64,7 +60,6 @@ protected:
       record(req);
       res.set_content(feedXml("Results for " + req.get_param_value("q"), 100, 2), "application/atom+xml");
     });
-    server_.set_mount_point("/samples", LP_SOURCE_DIR "/tests/data/opds");
     port_ = server_.bind_to_any_port("127.0.0.1");
     thread_ = std::thread([this] { server_.listen_after_bind(); });
   }
@@ -87,10 +82,8 @@ protected:
 
   std::string url(const std::string &path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
 
-  static bool pump(DataManager &manager, const std::function<bool()> &done) {
-    return CatalogueRecorder::pump(manager, done);
-  }
-  static bool loaded(const std::shared_ptr<ItemsList> &list) { return CatalogueRecorder::loaded(list); }
+  static constexpr auto pump = &CatalogueRecorder::pump;
+  static constexpr auto loaded = &CatalogueRecorder::loaded;
 
   httplib::Server server_;
   int port_ = 0;
@@ -178,29 +171,6 @@ TEST_F(DataManagerTest, SearchGoesThroughTheOpenSearchDescription) {
   ASSERT_EQ(results->entries.size(), 2u);
   EXPECT_EQ(results->entries[0]->GetLinkByType(OPDS::Link::kOpenAccess)->href, url("/files/book-100.epub"))
       << "links of a result page are made absolute";
-}
-
-TEST_F(DataManagerTest, PublicCataloguesLoadThroughTheSameManager) {
-  DataManager manager(&recorder_);
-  manager.Init();
-  std::map<std::string, std::shared_ptr<ItemsList>> lists;
-  for (const auto &file : std::filesystem::directory_iterator(LP_SOURCE_DIR "/tests/data/opds")) {
-    if (file.path().extension() == ".xml")
-      lists[file.path().filename()] = manager.GetList(url("/samples/" + file.path().filename().string()));
-  }
-  ASSERT_GT(lists.size(), 10u);
-  ASSERT_TRUE(pump(manager, [&] { return recorder_.lists.size() == lists.size(); }));
-  for (const auto &[error, list] : recorder_.lists) {
-    const bool malformed = list->url.find("malformed") != std::string::npos;
-    EXPECT_EQ(error != 0, malformed) << list->url;
-    EXPECT_FALSE(list->loading);
-  }
-  const auto &acquisition = lists["nypl-acquisition-paginated-facets-large.xml"];
-  EXPECT_GT(acquisition->entries.size(), 10u);
-  // Its next link points to the live catalogue, which tests never reach: only its presence is checked.
-  const auto &links = acquisition->Feeds().back()->links;
-  EXPECT_TRUE(
-      std::any_of(links.begin(), links.end(), [](const auto &link) { return link->type == OPDS::Link::kNext; }));
 }
 
 TEST(LastSearch, NewestFirstWithoutDuplicatesAndAtMostTwenty) {

@@ -32,16 +32,6 @@ TEST(DeviceTree, MapsDevicePathsUnderTheRootOnly) {
   EXPECT_EQ(MapDevicePath(mapped), mapped);
 }
 
-TEST(DeviceTree, FirstStartFillsWhatANewDeviceHolds) {
-  const std::string root = DeviceRoot();
-  for (const char *folder : {"/mnt/ext1/system/config", "/mnt/secure", "/coreapp/config", "/coreapp/bin", "/tmp"})
-    EXPECT_TRUE(std::filesystem::is_directory(root + folder)) << folder;
-  EXPECT_EQ(readFile(root + "/mnt/ext1/system/config/global.cfg"), "language=en\n");
-  EXPECT_NE(readFile(root + "/mnt/secure/device.cfg").find("serial=LP740"), std::string::npos);
-  EXPECT_NE(readFile(root + "/coreapp/config/device.cfg").find("model="), std::string::npos);
-  EXPECT_TRUE(std::filesystem::exists(root + "/coreapp/lang/en.txt"));
-}
-
 TEST(DeviceTree, ExistingFilesSurviveAndANewRootIsFilledOnItsOwn) {
   const std::string first = DeviceRoot();
   { std::ofstream(first + "/mnt/ext1/system/config/global.cfg") << "language=de\n"; }

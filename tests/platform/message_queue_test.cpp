@@ -26,21 +26,18 @@ size_t logLinesWith(const std::string &text) {
   return count;
 }
 
-// Producers mix Push and PushFront; consumers record what they took, and the one that takes
-// the last item stops the others. A lost item shows as a count of 0 once the waits time out.
+// Producers mix Push and PushFront; consumers count what they took, and the one that takes the
+// last item stops the others. A lost item shows as a count of 0 once the waits time out.
 std::vector<int> deliveredCounts(int producers, int consumers, int items_each) {
   MessageQueue<int> queue;
   queue.Init();
-  const int total = producers * items_each;
-  std::vector<int> counts(total, 0);
-  std::vector<std::vector<int>> taken(consumers);
-  std::atomic<int> left{total};
+  std::vector<std::atomic<int>> counts(producers * items_each);
+  std::atomic<int> left{producers * items_each};
   std::vector<std::thread> threads;
   for (int c = 0; c < consumers; ++c) {
-    threads.emplace_back([&, c] {
-      int item = 0;
-      while (queue.WaitPop(&item, 10000)) {
-        taken[c].push_back(item);
+    threads.emplace_back([&] {
+      for (int item = 0; queue.WaitPop(&item, 10000);) {
+        ++counts.at(item);
         if (--left == 0) queue.Deinit();
       }
     });
@@ -54,9 +51,7 @@ std::vector<int> deliveredCounts(int producers, int consumers, int items_each) {
     });
   }
   for (auto &thread : threads) thread.join();
-  for (const auto &list : taken)
-    for (int value : list) ++counts.at(value);
-  return counts;
+  return std::vector<int>(counts.begin(), counts.end());
 }
 
 }  // namespace

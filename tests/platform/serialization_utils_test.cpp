@@ -17,7 +17,7 @@ std::string allByteValues() {
 
 }  // namespace
 
-TEST(SerializationUtils, KnownVectors) {
+TEST(SerializationUtils, KnownVectorsPaddedOrNot) {
   const std::pair<std::string, std::string> vectors[] = {
       {"", ""},
       {"f", "Zg=="},
@@ -30,6 +30,7 @@ TEST(SerializationUtils, KnownVectors) {
   for (const auto &[plain, encoded] : vectors) {
     EXPECT_EQ(SerializationUtils::ToBase64(plain), encoded) << plain;
     EXPECT_EQ(SerializationUtils::FromBase64(encoded), plain) << encoded;
+    EXPECT_EQ(SerializationUtils::FromBase64(encoded.substr(0, encoded.find('='))), plain) << "unpadded " << encoded;
     EXPECT_EQ(SerializationUtils::FromHex(SerializationUtils::ToHex(plain)), plain);
   }
   EXPECT_EQ(SerializationUtils::ToHex("foobar"), "666f6f626172");
@@ -54,9 +55,6 @@ TEST(SerializationUtils, AcceptsUrlSafeAlphabetAndMissingPadding) {
   EXPECT_EQ(SerializationUtils::ToBase64("\xfb\xff\xbf"), "+/+/");
   EXPECT_EQ(SerializationUtils::FromBase64("-_-_"), "\xfb\xff\xbf");
   EXPECT_EQ(SerializationUtils::FromBase64("-_8"), "\xfb\xff");
-  for (const auto &[unpadded, plain] :
-       {std::pair<const char *, const char *>{"Zg", "f"}, {"Zm8", "fo"}, {"Zm9vYg", "foob"}, {"Zm9vYmE", "fooba"}})
-    EXPECT_EQ(SerializationUtils::FromBase64(unpadded), plain) << unpadded;
 }
 
 TEST(SerializationUtils, MalformedInputGivesEmptyText) {

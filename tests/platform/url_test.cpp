@@ -82,25 +82,3 @@ TEST(Url, RejectsTextsThatAreNoAbsoluteUrl) {
     EXPECT_EQ(url.port(), -1) << text;
   }
 }
-
-// Switching between two stores logs the user out only when their hosts differ.
-TEST(Url, ComparesTheHostsOfStoreUrls) {
-  const struct {
-    const char *first;
-    const char *second;
-    bool same_host;
-  } cases[] = {
-      {"https://shop.example.com/de_de/", "https://shop.example.com/en_us/", true},
-      {"https://shop.example.com/de_de/", "https://SHOP.Example.com/de_de/lpress/opds/home", true},
-      {"https://shop.example.com/de_de/", "http://shop.example.com:8080/fr_fr/", true},
-      {"https://shop.example.com/de_de/", "https://shop.example.org/de_de/", false},
-      {"https://shop.example.com/de_de/", "https://www.shop.example.com/de_de/", false},
-      {"http://127.0.0.1:8080/de_de/", "http://localhost:8080/de_de/", false},
-  };
-  for (const auto &c : cases) {
-    const Url first(c.first);
-    const Url second(c.second);
-    ASSERT_TRUE(first.isValid() && second.isValid()) << c.first << " " << c.second;
-    EXPECT_EQ(first.host() == second.host(), c.same_host) << c.first << " " << c.second;
-  }
-}

@@ -88,25 +88,25 @@ std::string DevstoreProcess::opds(const std::string &store) const {
 }
 
 HttpAnswer DevstoreProcess::get(const std::string &path, const std::vector<std::string> &headers, int timeout) const {
-  utilities::HttpRequest request("GET", path.rfind("http", 0) == 0 ? path : url(path));
+  return exchange("GET", path, "", headers, timeout);
+}
+
+HttpAnswer DevstoreProcess::send(const std::string &method, const std::string &path, const std::string &body,
+                                 const std::vector<std::string> &headers) const {
+  return exchange(method, path, body, headers, 30);
+}
+
+HttpAnswer DevstoreProcess::exchange(const std::string &method, const std::string &path, const std::string &body,
+                                     const std::vector<std::string> &headers, int timeout) const {
+  utilities::HttpRequest request(method, path.rfind("http", 0) == 0 ? path : url(path));
   for (const auto &header : headers) {
     const auto colon = header.find(':');
     request.AddHeader(header.substr(0, colon), header.substr(colon + 2));
   }
-  HttpAnswer answer;
-  std::vector<char> body;
-  answer.error = utilities::HttpRequestRunner().PerformRequest(request, &answer.status, &body, timeout);
-  if (!body.empty()) answer.body.assign(body.data(), body.size() - 1);
-  return answer;
-}
-
-HttpAnswer DevstoreProcess::send(const std::string &method, const std::string &path, const std::string &body) const {
-  utilities::HttpRequest request(method, url(path));
-  request.AddHeader("Content-Type", "application/json");
   request.AddPostData(body);
   HttpAnswer answer;
   std::vector<char> response;
-  answer.error = utilities::HttpRequestRunner().PerformRequest(request, &answer.status, &response, 30);
+  answer.error = utilities::HttpRequestRunner().PerformRequest(request, &answer.status, &response, timeout);
   if (!response.empty()) answer.body.assign(response.data(), response.size() - 1);
   return answer;
 }

@@ -33,8 +33,10 @@ public:
   // The OPDS folder of a store, such as ".../de_de/lpress/opds/".
   std::string opds(const std::string &store = "de_de") const;
 
+  // `path` may also be a whole URL; each header is given as "Name: value".
   HttpAnswer get(const std::string &path, const std::vector<std::string> &headers = {}, int timeout = 30) const;
-  HttpAnswer send(const std::string &method, const std::string &path, const std::string &body) const;
+  HttpAnswer send(const std::string &method, const std::string &path, const std::string &body,
+                  const std::vector<std::string> &headers = {"Content-Type: application/json"}) const;
 
   // The control interface.
   Json::Value requests() const;
@@ -46,6 +48,9 @@ public:
   void stop();
 
 private:
+  HttpAnswer exchange(const std::string &method, const std::string &path, const std::string &body,
+                      const std::vector<std::string> &headers, int timeout) const;
+
   pid_t pid_ = -1;
   int port_ = 0;
 };

@@ -152,17 +152,13 @@ TEST_F(DownloadTest, ADispositionNameRenamesTheWholeZipExtension) {
 }
 
 TEST_F(DownloadTest, AnErrorDocumentOrAWebPageIsNoBookAndIsDeleted) {
-  const auto error = download("/error.epub", false);
-  ASSERT_EQ(error.size(), 4);
-  EXPECT_EQ(error[2].toInt(), 2);
-  EXPECT_EQ(error[3].toInt(), 403);
-  EXPECT_FALSE(exists(error[0].toString()));
-
-  const auto page = download("/page.epub", false);
-  ASSERT_EQ(page.size(), 4);
-  EXPECT_EQ(page[2].toInt(), 2);
-  EXPECT_EQ(page[3].toInt(), 0);
-  EXPECT_FALSE(exists(page[0].toString()));
+  for (const auto &[path, status] : {std::pair<std::string, int>{"/error.epub", 403}, {"/page.epub", 0}}) {
+    const auto failed = download(path, false);
+    ASSERT_EQ(failed.size(), 4) << path;
+    EXPECT_EQ(failed[2].toInt(), 2) << path;
+    EXPECT_EQ(failed[3].toInt(), status) << path;
+    EXPECT_FALSE(exists(failed[0].toString())) << path;
+  }
 }
 
 TEST_F(DownloadTest, ACutConnectionReportsTheTransferError) {

@@ -61,11 +61,9 @@ TEST_F(StoreApiTest, StoreListTellsTheDeviceAndKeepsDisabledStores) {
   EXPECT_EQ(stores[0].langCode, "de");
   EXPECT_EQ(stores[0].language, "Deutsch");
   EXPECT_FALSE(stores[0].disabled);
-  const Json::Value body = lastBodyTo(kStoresPath);
-  EXPECT_EQ(body["code"].asString(), "en_DE");
-  EXPECT_EQ(body["model"].asString(), "LumenPress Reader 740-2");
-  EXPECT_EQ(body["language"].asString(), "de");
-  EXPECT_FALSE(body["time"].asString().empty());
+  Json::Value body = lastBodyTo(kStoresPath), time;
+  EXPECT_TRUE(body.removeMember("time", &time) && !time.asString().empty());
+  EXPECT_EQ(body, json(R"({"code": "en_DE", "model": "LumenPress Reader 740-2", "language": "de"})"));
   EXPECT_EQ(requestsTo(kStoresPath).back()["authorization"].asString(), "") << "nobody has signed in";
 
   setDeviceLanguage(nullptr);
@@ -103,6 +101,8 @@ TEST_F(StoreApiTest, NewAccountSignsInAndTakesTheNewsletter) {
   EXPECT_EQ(user.email, "new@example.com");
   EXPECT_EQ(user.lastname, "Neu");
   EXPECT_GT(user.id, 0);
+  answer("rest/V1/customers/me/", 200, "{\"id\": 3, \"email\"");
+  EXPECT_EQ(api_->getUserInfo(&user), BookstoreApi::kFail);
 }
 
 TEST_F(StoreApiTest, LoginKeepsTheTokensAndAFailedOneLosesThem) {
@@ -126,14 +126,4 @@ TEST_F(StoreApiTest, LoginKeepsTheTokensAndAFailedOneLosesThem) {
 
   drop(kLoginPath);
   EXPECT_EQ(api_->auth(kEmail, kPassword).code, -1);
-}
-
-TEST_F(StoreApiTest, UserRecordNeedsASession) {
-  BookstoreApi::UserInfo user;
-  EXPECT_EQ(api_->getUserInfo(&user), BookstoreApi::kNotAuthorized);
-  EXPECT_TRUE(store_.requests().empty());
-
-  signIn();
-  answer("rest/V1/customers/me/", 200, "{\"id\": 3, \"email\"");
-  EXPECT_EQ(api_->getUserInfo(&user), BookstoreApi::kFail);
 }

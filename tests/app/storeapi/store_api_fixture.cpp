@@ -40,6 +40,12 @@ Json::Value StoreApiTest::lastBodyTo(const std::string &path) const {
   return body;
 }
 
+Json::Value StoreApiTest::json(const std::string &text) {
+  Json::Value value;
+  EXPECT_TRUE(Json::Reader().parse(text, value)) << text;
+  return value;
+}
+
 void StoreApiTest::answer(const std::string &path, int status, const char *body, int count) const {
   Json::Value fault;
   fault["path"] = "/de_de/" + path;

@@ -34,6 +34,8 @@ protected:
   // "rest/V1/carts/mine", oldest first.
   std::vector<Json::Value> requestsTo(const std::string &path) const;
   Json::Value lastBodyTo(const std::string &path) const;
+  // `text` parsed, to compare a whole request body at once.
+  static Json::Value json(const std::string &text);
   // The next `count` requests to `path` answer `status`, with `body` when one is given.
   void answer(const std::string &path, int status, const char *body = nullptr, int count = 1) const;
   // The next request to `path` loses its connection.

@@ -41,13 +41,6 @@ TEST_F(StoreApiTest, StoreTokensCountOnlyBesideAnAccountServiceSession) {
   EXPECT_EQ(api_->currentAccessToken(), "kept-access");
 }
 
-TEST_F(StoreApiTest, BaseUrlLosesOneTrailingSlash) {
-  api_->setBaseUrl("http://127.0.0.1:1/de_de/");
-  EXPECT_EQ(api_->baseUrl(), "http://127.0.0.1:1/de_de");
-  api_->setBaseUrl("http://127.0.0.1:1/de_de//");
-  EXPECT_EQ(api_->baseUrl(), "http://127.0.0.1:1/de_de/");
-}
-
 TEST_F(StoreApiTest, ExpiredTokenIsRefreshedAndTheCallRepeatedWithTheNewOne) {
   signIn();
   const std::string old = api_->currentAccessToken();
@@ -66,10 +59,8 @@ TEST_F(StoreApiTest, ExpiredTokenIsRefreshedAndTheCallRepeatedWithTheNewOne) {
   const auto refreshes = requestsTo(kRefreshPath);
   ASSERT_EQ(refreshes.size(), 1u);
   EXPECT_EQ(refreshes[0]["authorization"].asString(), "");
-  const Json::Value body = lastBodyTo(kRefreshPath);
-  EXPECT_EQ(body["access_token"].asString(), old);
-  EXPECT_EQ(body["refresh_token"].asString(), refresh);
-  EXPECT_FALSE(body["device_id"].asString().empty());
+  EXPECT_EQ(lastBodyTo(kRefreshPath), json(R"({"access_token": ")" + old + R"(", "refresh_token": ")" + refresh +
+                                           R"(", "device_id": ")" + GetSerialNumber() + "\"}"));
   const auto calls = requestsTo(kUserPath);
   ASSERT_EQ(calls.size(), 2u);
   EXPECT_EQ(calls[0]["authorization"].asString(), "Bearer " + old);
