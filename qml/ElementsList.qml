@@ -1,52 +1,69 @@
 import QtQuick 2.15
+import com.lumenpress.controls 2.0 as LPcontrols2
+import com.lumenpress.bookstore 1.0
 
-// The books of one home row, side by side.
-ListView {
-    id: books
-    objectName: "elementsList"
-    height: 300
-    orientation: ListView.Horizontal
-    spacing: 16
-    clip: true
-    interactive: false
+// The rows of the home page, a page at a time. While the feed loads it says so; when it fails
+// or is empty it says that, with a way to try again.
+Item {
+    id: elements
 
-    delegate: Column {
-        width: 160
-        spacing: 4
+    property var listModel: null
+    readonly property bool loading: listModel !== null && (listModel.isListLoading || listModel.isReloading)
 
-        Rectangle {
-            width: 160
-            height: 210
-            color: "#eeeeee"
-            border.color: "#888888"
+    LPcontrols2.CachedListView {
+        id: rows
+        objectName: "homeRows"
+        anchors.fill: parent
+        anchors.leftMargin: BookstoreConstants.defaultBorderMargin
+        anchors.rightMargin: BookstoreConstants.defaultBorderMargin
+        anchors.bottomMargin: pages.visible ? pages.height : 0
+        spacing: BookstoreConstants.elementListSpacing
+        model: elements.listModel
 
-            Image {
-                objectName: "cover"
-                anchors.fill: parent
-                anchors.margins: 1
-                source: cover_url
-                fillMode: Image.PreserveAspectFit
+        delegate: HomeDashRow {
+            width: rows.width
+            rowTitle: title
+            rowType: elem_type
+            books: element_model
+        }
+
+        footer: Item {
+            width: rows.width
+            height: nextPage.visible ? nextPage.height + 2 * BookstoreConstants.defaultElementClearanceVer : 0
+            LPcontrols2.BusyIndicator {
+                id: nextPage
+                objectName: "nextPageBusy"
+                anchors.centerIn: parent
+                running: elements.loading && rows.count > 0
+                label: qsTr("@LoadingMore")
             }
         }
-        Text {
-            objectName: "bookTitle"
-            width: parent.width
-            text: title
-            elide: Text.ElideRight
-            font.pixelSize: 16
-            font.bold: true
-        }
-        Text {
-            width: parent.width
-            text: author ? author : ""
-            elide: Text.ElideRight
-            font.pixelSize: 14
-            color: "#444444"
-        }
-        Text {
-            objectName: "bookPrice"
-            text: price_with_code
-            font.pixelSize: 14
-        }
+
+        onAtYEndChanged: if (atYEnd && count > 0 && elements.listModel && !elements.listModel.noNextPage)
+                             elements.listModel.loadNext()
+    }
+
+    LPcontrols2.ScrollIndicator {
+        id: pages
+        objectName: "homePages"
+        target: rows
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        anchors.rightMargin: BookstoreConstants.defaultBorderMargin
+        width: Math.round(parent.width / 3)
+    }
+
+    LPcontrols2.BusyIndicator {
+        objectName: "homeBusy"
+        anchors.centerIn: parent
+        running: elements.loading && rows.count === 0
+    }
+
+    EmptyStore {
+        objectName: "homeEmpty"
+        anchors.fill: parent
+        visible: elements.listModel !== null && !elements.loading && rows.count === 0
+        failed: elements.listModel !== null && elements.listModel.loadFailed
+        onRetry: elements.listModel.reload()
     }
 }

@@ -1,49 +1,25 @@
 import QtQuick 2.15
+import com.lumenpress.controls 2.0 as LPcontrols2
+import com.lumenpress.bookstore 1.0
 
-// The home page: one row per list of the store's home feed, each with its first books.
+// The home page: the store's header above the rows of its home feed.
 Item {
-    id: home
+    id: home_page
 
-    Text {
-        id: loading
-        anchors.centerIn: parent
-        visible: RootListModel !== null && RootListModel.isListLoading && rows.count === 0
-        text: "…"
-        font.pixelSize: 40
+    LPcontrols2.AppHeader {
+        id: header
+        objectName: "homeHeader"
+        anchors.top: parent.top
+        width: parent.width
+        height: Math.round(64 * LPcontrols2.Global.dp)
+        title: qsTr("@$UniversalStore")
     }
 
-    ListView {
+    ElementsList {
         id: rows
-        objectName: "homeRows"
-        anchors.fill: parent
-        anchors.margins: 16
-        spacing: 24
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
-        model: RootListModel
-
-        delegate: Column {
-            width: rows.width
-            spacing: 8
-
-            Text {
-                objectName: "rowTitle"
-                text: title
-                font.pixelSize: 26
-                font.bold: true
-                color: "black"
-            }
-            Rectangle {
-                width: parent.width
-                height: 2
-                color: "black"
-            }
-            ElementsList {
-                width: parent.width
-                model: element_model
-            }
-        }
-
-        onAtYEndChanged: if (atYEnd && count > 0) RootListModel.loadNext()
+        anchors.top: header.bottom
+        anchors.bottom: parent.bottom
+        width: parent.width
+        listModel: RootListModel
     }
 }

@@ -1,22 +1,163 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
+import QtQml 2.15
+import com.lumenpress.controls 2.0 as LPcontrols2
+import com.lumenpress.controls 2.1 as LPControls2
+import com.lumenpress.bookstore 1.0
 
+// The store's one window. Every view is a loader made at once; a view loads its file when it is
+// first shown, and every change of view goes through the functions of root.
 Window {
     id: root
-    visible: true
-    width: 758
-    height: 1024
-    color: "white"
-    title: "kiosk-2"
 
-    Home {
+    width: LPcontrols2.DeviceInfoProvider.screenWidth
+    height: LPcontrols2.DeviceInfoProvider.screenHeight - LPcontrols2.DeviceInfoProvider.panelHeight
+    visible: true
+    color: "white"
+    title: qsTr("@$UniversalStore")
+
+    function hideAll() {
+        for (const view of [login_view, home, credit_card_view, detail_view, acquisition_view, grid_view,
+                            search_view, category_tree_view, popular_genres_view, wishlist_view, purchased_view])
+            view.visible = false
+    }
+
+    LPcontrols2.LoaderNoSleep {
+        id: login_view
+        objectName: "login_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
         id: home
         objectName: "home"
         anchors.fill: parent
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: credit_card_view
+        objectName: "credit_card_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: detail_view
+        objectName: "detail_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: acquisition_view
+        objectName: "acquisition_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: grid_view
+        objectName: "grid_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: search_view
+        objectName: "search_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: category_tree_view
+        objectName: "category_tree_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: popular_genres_view
+        objectName: "popular_genres_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: wishlist_view
+        objectName: "wishlist_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: purchased_view
+        objectName: "purchased_view"
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: if (visible) StoreManager.requireHQUpdate()
+    }
+
+    // Pop-ups and dialogs lie over the views.
+    LPcontrols2.LoaderNoSleep {
+        id: context_menu
+        objectName: "context_menu"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: auto_logout_confirmation_dialog
+        objectName: "auto_logout_confirmation_dialog"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: pop_up_login
+        objectName: "pop_up_login"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: saved_card_loader
+        objectName: "saved_card_loader"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: payment_method
+        objectName: "payment_method"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: grouped_selector_loader
+        objectName: "grouped_selector_loader"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: splash_screen
+        objectName: "splash_screen"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: info_message
+        objectName: "info_message"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: error_dialog
+        objectName: "error_dialog"
+        anchors.fill: parent
+    }
+    LPcontrols2.LoaderNoSleep {
+        id: book_downloaded_dg
+        objectName: "book_downloaded_dg"
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
     }
 
     Component.onCompleted: {
         RootListModel.setLoadSubmodels(true)
-        StoreManager.loadHomeModels()
+        if (StoreManager.startView !== StartView.List)
+            StoreManager.loadHomeModels()
+        StoreManager.allowRedraw()
+        home.source = "Home.qml"
     }
 }

@@ -31,6 +31,8 @@ extern "C" const char *__asan_default_options() {
 int main(int argc, char **argv) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   setenv("QT_QUICK_BACKEND", "software", 0);
+  // The device's control module lies beside kiosk-2.app, not beside the test programs.
+  setenv("QML2_IMPORT_PATH", LP_CONTROLS_IMPORT_DIR, 1);
   ::testing::InitGoogleTest(&argc, argv);
   // Tests run with the platform's defaults, whatever the developer's shell has set.
   unsetenv("LUMENPRESS_LOG_LEVEL");

@@ -213,6 +213,7 @@ void OpdsListDataModel::setSearchString(QString search_string) {
 void OpdsListDataModel::setItemList(std::shared_ptr<ItemsList> l) {
   list_ = std::move(l);
   no_next_page_ = false;
+  setLoadFailed(false);
   emit isReloadingChanged();
   emit noNextPageChanged();
   feedChanged(QString::fromStdString(list_->url));
@@ -238,6 +239,7 @@ void OpdsListDataModel::feedChanged(QString url) {
   is_list_loading_ = list_->loading;
   emit isListLoadingChanged(is_list_loading_);
   if (list_->loading) return;
+  setLoadFailed(FeedProvider::Instance().isFailed(list_->url));
   LP_LOG(LP_LOG_INFO, "+++++++++++++++++++++++++++++++++++++++ begin reset opds list model -- %d\n\n\n",
          static_cast<int>(list_->loading));
   submodels_.clear();
@@ -323,6 +325,12 @@ void OpdsListDataModel::reload() {
   list_ = catalogue().GetListEx(url, true);
   is_reloading_ = true;
   emit isReloadingChanged();
+}
+
+void OpdsListDataModel::setLoadFailed(bool failed) {
+  if (load_failed_ == failed) return;
+  load_failed_ = failed;
+  emit loadFailedChanged();
 }
 
 void OpdsListDataModel::forceListLoadingChanged() {

@@ -21,6 +21,8 @@ class OpdsListDataModel : public QAbstractListModel {
   Q_PROPERTY(int totalRowCount READ getRowCount)
   Q_PROPERTY(bool noNextPage READ noNextPage NOTIFY noNextPageChanged)
   Q_PROPERTY(bool isReloading READ isReloading NOTIFY isReloadingChanged)
+  // The last load of the list failed (no network, an error of the store): the screens offer to try again.
+  Q_PROPERTY(bool loadFailed READ loadFailed NOTIFY loadFailedChanged)
 
 public:
   using ItemsList = lumenpress::opds::ItemsList;
@@ -60,6 +62,7 @@ public:
   QString totalResults() const;
   bool noNextPage() const { return no_next_page_; }
   bool isReloading() const { return is_reloading_; }
+  bool loadFailed() const { return load_failed_; }
 
   // The currency symbol of a three-letter code; empty for one the table lacks.
   static QString currencySymbol(const std::string &code);
@@ -69,6 +72,7 @@ signals:
   void isListLoadingChanged(bool isListLoading);
   void bookDownloadedSl(QString downloaded_id);
   void noNextPageChanged();
+  void loadFailedChanged();
 
 public slots:
   int getRowCount() const;
@@ -100,6 +104,7 @@ private:
   void loadSeriesSubmodel();
   void announceRows();
   std::shared_ptr<OpdsListDataModel> makeSubmodel(const std::string &url);
+  void setLoadFailed(bool failed);
 
   std::shared_ptr<ItemsList> list_;
   std::vector<std::shared_ptr<OpdsListDataModel>> submodels_;
@@ -111,6 +116,7 @@ private:
   bool force_load_ = false;
   bool no_next_page_ = false;
   bool is_reloading_ = false;
+  bool load_failed_ = false;
 };
 
 #endif

@@ -52,6 +52,10 @@ lumenpress::opds::DataManager &catalogue() {
   return FeedProvider::Instance().dataManager();
 }
 
+lumenpress::utilities::EinkPlatform *panel() {
+  return lumenpress::utilities::EinkInterface::instance()->platform();
+}
+
 }  // namespace
 
 // The screens are compiled into this library; a static library's resources need registering.
@@ -77,7 +81,7 @@ int StoreManager::Init(int, char **) {
   readStoreSettings();
   publishToScreens();
   std::fprintf(stderr, "\n\n\n\n+++++++++++++++ All the STAFF takes %6.6f\n\n\n\n", secondsSince(start));
-  if (auto *panel = lumenpress::utilities::EinkInterface::instance()->platform()) panel->requestUpdate(5);
+  requireHQUpdate();
   const timespec loading = stopwatch();
   engine_.load(QUrl(QStringLiteral("qrc:/qml/main.qml")));
   if (engine_.rootObjects().isEmpty()) return -1;
@@ -102,6 +106,8 @@ void StoreManager::publishToScreens() {
   context->setContextProperty("RootListModel", &root_model_);
   context->setContextProperty("AcquisitionListModel", &acquisition_model_);
   context->setContextProperty("StoreManager", this);
+  qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/qml/BookstoreConstants.qml")), "com.lumenpress.bookstore", 1, 0,
+                           "BookstoreConstants");
 }
 
 void StoreManager::loadHomeModels() {
@@ -109,6 +115,14 @@ void StoreManager::loadHomeModels() {
   root_model_.setModelToUrl(base + "home");
   if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio");
   LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL [%s]", store_url_.c_str());
+}
+
+void StoreManager::requireHQUpdate() {
+  if (auto *platform = panel()) platform->requestUpdate(5);
+}
+
+void StoreManager::allowRedraw() {
+  if (auto *platform = panel()) platform->allowRedraw(1, 1);
 }
 
 void StoreManager::writeToLog(QString s) {

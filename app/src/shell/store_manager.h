@@ -30,8 +30,10 @@ signals:
   void startViewChanged(StartView::EnStartView startView);
 
 public slots:
-  void loadHomeModels();
   void writeToLog(QString s);
+  void requireHQUpdate();
+  void loadHomeModels();
+  void allowRedraw();
 
 private:
   void readStoreSettings();
