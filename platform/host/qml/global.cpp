@@ -29,14 +29,12 @@ int panelDpi() {
 Global::Global(QQmlEngine *engine, QObject *parent) : QObject(parent), engine_(engine), dp_(panelDpi() / kBaseDpi) {}
 
 QQuickItem *Global::messageParent() const {
-  auto *window = qobject_cast<QQuickWindow *>(QGuiApplication::focusWindow());
-  if (!window) {
-    for (QWindow *candidate : QGuiApplication::topLevelWindows()) {
-      window = qobject_cast<QQuickWindow *>(candidate);
-      if (window && window->isVisible()) break;
-    }
+  if (auto *window = qobject_cast<QQuickWindow *>(QGuiApplication::focusWindow())) return window->contentItem();
+  for (QWindow *candidate : QGuiApplication::topLevelWindows()) {
+    auto *window = qobject_cast<QQuickWindow *>(candidate);
+    if (window && window->isVisible()) return window->contentItem();
   }
-  return window ? window->contentItem() : nullptr;
+  return nullptr;
 }
 
 void Global::openInfoMessage(const QString &text) {
@@ -45,7 +43,7 @@ void Global::openInfoMessage(const QString &text) {
     LP_LOG(LP_LOG_WARNING, "no window for the message [%s]", qUtf8Printable(text));
     return;
   }
-  if (message_) message_->deleteLater();
+  if (message_) QMetaObject::invokeMethod(message_, "close");
   QQmlComponent component(engine_, QUrl(QStringLiteral("qrc:/lumenpress/controls/InfoMessage.qml")));
   QObject *object = component.beginCreate(engine_->rootContext());
   auto *item = qobject_cast<QQuickItem *>(object);
