@@ -151,6 +151,102 @@ Window {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
+        visible: false
+        sourceComponent: downloaded_bar
+    }
+
+    // A finished download, over the bottom of any view: the book, and whether to open it now.
+    Component {
+        id: downloaded_bar
+
+        Rectangle {
+            height: Math.round(128 * LPcontrols2.Global.dp)
+            color: "white"
+            border.color: "black"
+            border.width: Math.round(3 * LPcontrols2.Global.dp)
+
+            function close() {
+                book_downloaded_dg.visible = false
+                const shown = DownloadingMessenger.id + DownloadingMessenger.title
+                DownloadingMessenger.closeMessage()
+                // A message that came while this one showed waits in the queue; it differs from
+                // the one just closed.
+                DownloadingMessenger.getMessage()
+                if (DownloadingMessenger.id + DownloadingMessenger.title !== shown)
+                    book_downloaded_dg.visible = true
+                else
+                    DownloadingMessenger.closeMessage()
+            }
+
+            Cover {
+                id: bar_cover
+                x: BookstoreConstants.defaultBorderMargin
+                anchors.verticalCenter: parent.verticalCenter
+                height: parent.height - 2 * BookstoreConstants.defaultElementClearanceVer
+                width: DownloadingMessenger.book_type === "audio" ? height : Math.round(height / 1.5)
+                url: DownloadingMessenger.cover_url
+                title: DownloadingMessenger.title
+            }
+            Column {
+                anchors.left: bar_cover.right
+                anchors.leftMargin: BookstoreConstants.defaultElementClearanceHor
+                anchors.right: bar_buttons.left
+                anchors.rightMargin: BookstoreConstants.defaultElementClearanceHor
+                anchors.verticalCenter: parent.verticalCenter
+                Text {
+                    objectName: "downloadedText"
+                    width: parent.width
+                    text: qsTr("@BookIsDownloaded")
+                    wrapMode: Text.Wrap
+                    font.pixelSize: Math.round(18 * LPcontrols2.Global.dp)
+                    color: "black"
+                }
+                Text {
+                    objectName: "downloadedTitle"
+                    width: parent.width
+                    text: DownloadingMessenger.title
+                    elide: Text.ElideRight
+                    font.pixelSize: Math.round(20 * LPcontrols2.Global.dp)
+                    font.bold: true
+                    color: "black"
+                }
+            }
+            Column {
+                id: bar_buttons
+                anchors.right: parent.right
+                anchors.rightMargin: BookstoreConstants.defaultBorderMargin
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: BookstoreConstants.defaultImageClearence
+                LPcontrols2.RoundedCornerTextButton {
+                    objectName: "downloadedOpen"
+                    width: Math.round(150 * LPcontrols2.Global.dp)
+                    height: Math.round(48 * LPcontrols2.Global.dp)
+                    text: qsTr("@Open")
+                    font.bold: true
+                    onClicked: {
+                        const book = DownloadingMessenger.id
+                        parent.parent.close()
+                        UserData.openBook(book)
+                    }
+                }
+                LPcontrols2.RoundedCornerTextButton {
+                    objectName: "downloadedNotNow"
+                    width: Math.round(150 * LPcontrols2.Global.dp)
+                    height: Math.round(48 * LPcontrols2.Global.dp)
+                    text: qsTr("@NotNow")
+                    onClicked: parent.parent.close()
+                }
+            }
+        }
+    }
+
+    Connections {
+        target: DownloadingMessenger
+        function onMessageAdded() {
+            DownloadingMessenger.getMessage()
+            book_downloaded_dg.visible = true
+            StoreManager.requireHQUpdate()
+        }
     }
 
     Component.onCompleted: {

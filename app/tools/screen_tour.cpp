@@ -1,0 +1,117 @@
+// screen_tour: starts the store offscreen against a storefront, shows each view that exists and
+// writes a PNG of it, named after the view, into one folder.
+// Usage: screen_tour --store URL --out DIR [--prefix TEXT] [--views name,name,...]
+#include <QCommandLineParser>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QQmlContext>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QScreen>
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <vector>
+
+#include "message_meneger.h"
+#include "panelkit.h"
+#include "store_manager.h"
+
+namespace {
+
+struct View {
+  const char *name;
+  // Brings the view on the window.
+  std::function<void(QQuickWindow *)> show;
+};
+
+void collect(QQuickItem *item, std::vector<QQuickItem *> *images) {
+  if (item->inherits("QQuickImage") && item->isVisible()) images->push_back(item);
+  for (QQuickItem *child : item->childItems()) collect(child, images);
+}
+
+// Nothing is loading: no model, no picture, and the last frame has been drawn.
+bool settled(QQuickWindow *window) {
+  const QVariant model = qmlContext(window)->contextProperty(QStringLiteral("RootListModel"));
+  if (auto *root = model.value<QObject *>(); root && root->property("isListLoading").toBool()) return false;
+  std::vector<QQuickItem *> images;
+  collect(window->contentItem(), &images);
+  for (QQuickItem *image : images) {
+    if (image->property("status").toInt() == 2) return false;  // Image.Loading
+  }
+  return true;
+}
+
+void waitUntilSettled(QQuickWindow *window) {
+  QElapsedTimer clock;
+  clock.start();
+  QElapsedTimer quiet;
+  quiet.start();
+  const auto frames = QObject::connect(window, &QQuickWindow::frameSwapped, [&quiet] { quiet.restart(); });
+  // The first rows of a feed arrive in steps; a view counts as shown once nothing has changed
+  // for a moment, or after 20 seconds at most.
+  while (clock.elapsed() < 20000 && !(settled(window) && quiet.elapsed() > 700)) {
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  }
+  QObject::disconnect(frames);
+}
+
+bool writeView(QQuickWindow *window, const QString &file) {
+  window->update();
+  waitUntilSettled(window);
+  const bool written = window->screen()->grabWindow(window->winId()).save(file, "PNG");
+  std::printf("%s %s\n", written ? "wrote" : "could not write", qPrintable(file));
+  return written;
+}
+
+// The local storefront keeps covers at /covers/<book>.jpg.
+std::vector<View> views(const QUrl &store) {
+  const std::string cover = store.resolved(QUrl(QStringLiteral("/covers/181.jpg"))).toString().toStdString();
+  return {
+      {"home", [](QQuickWindow *) {}},
+      {"book_downloaded_dg",
+       [cover](QQuickWindow *window) {
+         const QVariant messenger = qmlContext(window)->contextProperty(QStringLiteral("DownloadingMessenger"));
+         if (auto *queue = qobject_cast<MessageMeneger *>(messenger.value<QObject *>()))
+           queue->addDownloadMessage("181", "Archive of Venice", cover, "ebook");
+       }},
+  };
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  setenv("QT_QUICK_BACKEND", "software", 0);
+  QGuiApplication app(argc, argv);
+  QCommandLineParser options;
+  options.addOptions({{"store", "The store's URL, ending in its locale and a slash.", "url"},
+                      {"out", "The folder the pictures are written to.", "dir"},
+                      {"prefix", "Put before each file name.", "text"},
+                      {"views", "Only these views, separated by commas.", "names"}});
+  options.process(app);
+  if (!options.isSet("store") || !options.isSet("out")) {
+    std::fprintf(stderr, "usage: screen_tour --store URL --out DIR [--prefix TEXT] [--views a,b]\n");
+    return 2;
+  }
+  lpconfig *config = OpenConfig("/mnt/ext1/system/config/bookstore.cfg", 1);
+  WriteString(config, "default_store", qPrintable(options.value("store")));
+  CloseConfig(config);
+  QDir().mkpath(options.value("out"));
+
+  StoreManager manager;
+  if (manager.Init(argc, argv) != 0) return 1;
+  auto *window = qobject_cast<QQuickWindow *>(QGuiApplication::topLevelWindows().value(0));
+  if (!window) return 1;
+  const QStringList wanted = options.value("views").split(',', Qt::SkipEmptyParts);
+  int failed = 0;
+  for (const View &view : views(QUrl(options.value("store")))) {
+    if (!wanted.isEmpty() && !wanted.contains(view.name)) continue;
+    view.show(window);
+    const QString file = QDir(options.value("out")).filePath(options.value("prefix") + view.name + ".png");
+    failed += writeView(window, file) ? 0 : 1;
+  }
+  return failed == 0 ? 0 : 1;
+}
