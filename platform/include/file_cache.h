@@ -14,14 +14,22 @@ public:
 
   FileCache(const std::string &directory, const std::string &name);
 
-  // Path of the cached file, or an empty string; its size in *size.
+  // Device path of the cached file, or an empty string; its size in *size (0 when missing).
+  // A hit counts as a use for eviction.
   std::string getFile(const std::string &key, long long *size);
+  // Copies (or, without copy, moves) the source in, replacing what the key held;
+  // null when that fails.
   std::shared_ptr<Handle> addFile(const std::string &key, const std::string &source_path, bool copy);
   void removeFile(const std::string &key);
 
 private:
+  // The lock, the size counted so far and the files that handles hold; handles share it,
+  // so they may outlive the cache.
+  struct State;
+
   std::string directory_;
   std::string name_;
+  std::shared_ptr<State> state_;
 };
 
 }  // namespace lumenpress::utilities

@@ -112,12 +112,14 @@ void DeviceTree::fill(const std::string &root) {
     if (error)
       std::fprintf(stderr, "device tree: cannot create %s%s: %s\n", root.c_str(), folder, error.message().c_str());
   }
-  seed(root + "/mnt/ext1/system/config/global.cfg", "language=" + defaultLanguage() + "\n");
+  seed(root + "/mnt/ext1/system/config/global.cfg",
+       "language=" + defaultLanguage() +
+           "\nscreen_inversion=0\ndisplay_brightness=100\ndisplay_contrast=100\ndisplay_gamma=100\n");
   seed(root + "/mnt/secure/device.cfg",
        "serial=" + randomSerial() + "\nprohibit_skip_BS_auth=0\nprohibit_skip_BS_auth_force=0\n");
   seed(root + "/coreapp/config/device.cfg",
        "model=LumenPress Reader 740-2\nsoftware_version=U740.6.10.1508\nuse_audio_player=1\n"
-       "has_audio=1\ntouchpanel=1\nwifi=1\ncustomized_partner=0\n");
+       "has_audio=1\ntouchpanel=1\nwifi=1\ncustomized_partner=0\ndisplay_colormask=0\nfile_cache_limit_kb=65536\n");
   seed(root + "/mnt/secure/fwinfo.txt", "Model: 740-2\nSW Version: 6.10.1508;\n");
   installFiles(LP_LANG_SOURCE_DIR, ".txt", root + "/coreapp/lang");
   installFiles(LP_RESOURCE_SOURCE_DIR, ".png", root + "/coreapp/resources");
