@@ -16,7 +16,7 @@ Item {
         anchors.fill: parent
         anchors.leftMargin: BookstoreConstants.defaultBorderMargin
         anchors.rightMargin: BookstoreConstants.defaultBorderMargin
-        anchors.bottomMargin: pages.visible ? pages.height : 0
+        anchors.bottomMargin: pages.height
         spacing: BookstoreConstants.elementListSpacing
         model: elements.listModel
 

@@ -1,8 +1,9 @@
 import QtQuick 2.15
 import com.lumenpress.controls 2.0 as LPcontrols2
 import com.lumenpress.bookstore 1.0
+import qml.bookstore 1.0
 
-// An element of a home row that has no picture: its title in a frame of a cover's size.
+// An element of a home row that has no picture: its title in a dotted frame of a cover's size.
 Item {
     id: pusher
 
@@ -18,11 +19,9 @@ Item {
     width: tileWidth
     height: Math.round(tileWidth * 1.5)
 
-    Rectangle {
+    DottedRectangle {
         anchors.fill: parent
-        color: "white"
-        border.color: "black"
-        border.width: BookstoreConstants.defaultBorderThiknes
+        color: "black"
         radius: Math.round(6 * LPcontrols2.Global.dp)
     }
     Text {

@@ -25,7 +25,7 @@ base="$(sed -n 's|devstore: listening on \(http://[^ ]*\)|\1|p' "$work/devstore.
 [ -n "$base" ] || { echo "screenshots: devstore did not start" >&2; exit 1; }
 
 mkdir -p "$out"
-export QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software
+export QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software LUMENPRESS_LOG_LEVEL="${LUMENPRESS_LOG_LEVEL:-1}"
 LUMENPRESS_DEVICE_ROOT="$work/device" build/default/app/screen_tour --store "${base}de_de/" --out "$out"
 # The same store when it cannot be reached: nothing listens on the storefront's port any more.
 kill "$store_pid"; wait "$store_pid" 2>/dev/null || true; store_pid=""

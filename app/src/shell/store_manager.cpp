@@ -7,6 +7,9 @@
 
 #include <cstdio>
 
+#include "async_cover_provider.h"
+#include "cached_network_access_manager_factory.h"
+#include "dotted_rectangle.h"
 #include "eink_interface.h"
 #include "feed_provider.h"
 #include "hwconfig.h"
@@ -59,7 +62,7 @@ lumenpress::utilities::EinkPlatform *panel() {
 }  // namespace
 
 // The screens are compiled into this library; a static library's resources need registering.
-StoreManager::StoreManager(QObject *parent) : QObject(parent) {
+StoreManager::StoreManager(QObject *parent) : QObject(parent), download_messenger_(new MessageMeneger(this)) {
   Q_INIT_RESOURCE(qml);
 }
 
@@ -102,10 +105,14 @@ void StoreManager::publishToScreens() {
   qmlRegisterUncreatableType<StartView>("com.lumenpress.bookstore", 1, 0, "StartView", QString());
   QQmlContext *context = engine_.rootContext();
   acquisition_model_.setLoadSubmodels(false);
+  engine_.setNetworkAccessManagerFactory(new CachedNetworkAccessManagerFactory(this));
   context->setContextProperty("AudioModel", &audio_model_);
   context->setContextProperty("RootListModel", &root_model_);
   context->setContextProperty("AcquisitionListModel", &acquisition_model_);
+  context->setContextProperty("DownloadingMessenger", download_messenger_);
   context->setContextProperty("StoreManager", this);
+  qmlRegisterType<DottedRectangle>("qml.bookstore", 1, 0, "DottedRectangle");
+  engine_.addImageProvider(QStringLiteral("url_image"), new AsyncCoverProvider);
   qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/qml/BookstoreConstants.qml")), "com.lumenpress.bookstore", 1, 0,
                            "BookstoreConstants");
 }

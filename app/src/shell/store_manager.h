@@ -9,6 +9,7 @@
 
 #include <string>
 
+#include "message_meneger.h"
 #include "opds_list_data_model.h"
 #include "start_view.h"
 
@@ -39,6 +40,7 @@ private:
   void readStoreSettings();
   void publishToScreens();
 
+  MessageMeneger *download_messenger_;
   QQmlApplicationEngine engine_;
   OpdsListDataModel root_model_;
   OpdsListDataModel acquisition_model_;

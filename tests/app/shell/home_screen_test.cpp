@@ -125,10 +125,11 @@ TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
     ASSERT_FALSE(served.isNull()) << source.toStdString();
     const int onScreen = qGray(middleColour(painted, area).rgb());
     const int expected = qGray(middleColour(served, served.rect()).rgb());
-    EXPECT_LT(std::abs(onScreen - expected), 16) << source.toStdString() << " shows " << onScreen << ", served " << expected;
+    EXPECT_LT(std::abs(onScreen - expected), 16)
+        << source.toStdString() << " shows " << onScreen << ", served " << expected;
     ++compared;
   }
-  EXPECT_GE(compared, 8);
+  EXPECT_GE(compared, 5) << "the book of the week and a row of four";
 
   // The splash was on the panel before the screens were.
   const QImage splash(QString::fromStdString(lumenpress::platform::DeviceRoot() + "/host/panel.png"));
