@@ -7,6 +7,9 @@
 
 class AsyncCoverProvider : public QQuickAsyncImageProvider {
 public:
+  AsyncCoverProvider();
+  ~AsyncCoverProvider() override;
+
   // Asks for the network first, whether the cover is cached or not, then runs it on the pool.
   QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requestedSize) override;
 
