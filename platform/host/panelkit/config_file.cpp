@@ -146,11 +146,6 @@ bool openSecret(const std::string &key, const std::string &raw, std::string *val
   return SecretCipher::open(key, decoded, value);
 }
 
-StaleFileSweeper &temporarySweeper() {
-  static StaleFileSweeper sweeper(R"(\..+\.tmp\.([0-9]+)\.[0-9]+)");
-  return sweeper;
-}
-
 bool validKey(const std::string &key) {
   return !key.empty() && key[0] != '#' && key.find_first_of("=\n\r") == std::string::npos;
 }
@@ -203,6 +198,12 @@ int createTemporary(const fs::path &target, std::string *temp_path) {
     }
   }
   return -1;
+}
+
+// The names createTemporary gives, so that saves killed in an earlier run can be told.
+StaleFileSweeper &temporarySweeper() {
+  static StaleFileSweeper sweeper(R"(\..+\.tmp\.([0-9]+)\.[0-9]+)");
+  return sweeper;
 }
 
 // The rename has happened; this only makes it survive a power cut.
