@@ -104,7 +104,7 @@ BookDownloader::Result BookDownloader::download(const std::string &url, const st
   std::string name = result.info.disposition_filename;
   if (name.empty()) name = urlName(url);
   if (name.empty()) name = safeName(fallback_name);
-  if (!BookFileCheck::looksWhole(temp, name, response.content_type)) {
+  if (!BookFileCheck::looksWhole(temp)) {
     LP_LOG(LP_LOG_ERROR, "Download of %s ended short of a whole %s", url.c_str(), name.c_str());
     result.info.transfer_error = CURLE_PARTIAL_FILE;
     return failed(std::move(result), temp, FeedLoader::kTransportError);

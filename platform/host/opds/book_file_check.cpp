@@ -1,10 +1,7 @@
 #include "book_file_check.h"
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
-
-#include "mime_types.h"
 
 namespace lumenpress::opds {
 
@@ -15,26 +12,13 @@ enum class Format { kOther, kZip, kPdf };
 constexpr std::size_t kZipEndRecordSize = 22;
 // The end record may carry a comment of up to 64 KB after it.
 constexpr std::size_t kZipTailSize = kZipEndRecordSize + 0xffff;
+constexpr std::size_t kPdfTailSize = 1024;
 const char kZipEndSignature[] = "PK\x05\x06";
 const char kPdfEnd[] = "%%EOF";
 
-// "epub", or a compound one such as "fb2.zip", whose last part tells.
-Format formatOfExtension(std::string extension) {
-  extension.erase(0, extension.find_last_of('.') + 1);
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  for (const char *zipped : {"epub", "zip", "cbz", "docx", "odt"}) {
-    if (extension == zipped) return Format::kZip;
-  }
-  return extension == "pdf" ? Format::kPdf : Format::kOther;
-}
-
-Format formatOf(const std::string &head, const std::string &name, const std::string &mime) {
+Format formatOf(const std::string &head) {
   if (head.compare(0, 4, "PK\x03\x04") == 0 || head.compare(0, 4, kZipEndSignature) == 0) return Format::kZip;
-  if (head.compare(0, 5, "%PDF-") == 0) return Format::kPdf;
-  const auto dot = name.rfind('.');
-  const Format named = dot == std::string::npos ? Format::kOther : formatOfExtension(name.substr(dot + 1));
-  return named != Format::kOther ? named : formatOfExtension(MimeTypes::GetExtensionByMime(mime));
+  return head.compare(0, 5, "%PDF-") == 0 ? Format::kPdf : Format::kOther;
 }
 
 bool endsWithZipDirectory(const std::string &tail) {
@@ -65,13 +49,12 @@ std::string readAt(std::ifstream &in, std::streamoff offset, std::size_t size) {
 
 }  // namespace
 
-bool BookFileCheck::looksWhole(const std::string &path, const std::string &name, const std::string &mime) {
+bool BookFileCheck::looksWhole(const std::string &path) {
   std::ifstream in(path, std::ios::binary | std::ios::ate);
   const std::streamoff size = in ? static_cast<std::streamoff>(in.tellg()) : 0;
-  const std::string head = readAt(in, 0, std::min<std::size_t>(5, size));
-  const Format format = formatOf(head, name, mime);
+  const Format format = formatOf(readAt(in, 0, std::min<std::size_t>(5, size)));
   if (format == Format::kOther) return true;
-  const std::size_t tail_size = std::min<std::size_t>(format == Format::kZip ? kZipTailSize : 1024, size);
+  const std::size_t tail_size = std::min<std::size_t>(format == Format::kZip ? kZipTailSize : kPdfTailSize, size);
   const std::string tail = readAt(in, size - static_cast<std::streamoff>(tail_size), tail_size);
   return format == Format::kZip ? endsWithZipDirectory(tail) : endsWithPdfTrailer(tail);
 }

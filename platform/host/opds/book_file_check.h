@@ -10,9 +10,10 @@ namespace lumenpress::opds {
 
 class BookFileCheck {
 public:
-  // The format comes from the file's first bytes, else from its name, else from its MIME type.
-  // False only for a file of such a format that does not end as the format must.
-  static bool looksWhole(const std::string &path, const std::string &name, const std::string &mime);
+  // The file's first bytes tell its format, whatever its name or type claim. A file that does
+  // not begin as a ZIP or a PDF passes: an error document or a web page in place of a book is
+  // for the program to judge, and other formats cannot be checked here.
+  static bool looksWhole(const std::string &path);
 };
 
 }  // namespace lumenpress::opds
