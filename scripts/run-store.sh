@@ -30,11 +30,8 @@ else
   echo "run-store: local storefront on http://127.0.0.1:${port}/ (data in ${data})"
 fi
 store_url="http://127.0.0.1:${port}/de_de/"
-config="$(build/default/platform/host/tools/lpdevice path /mnt/ext1/system/config/bookstore.cfg)"
 # Always written: a store chosen by an earlier run on another port must not linger.
-mkdir -p "$(dirname "${config}")"
-grep -v '^default_store=' "${config}" 2>/dev/null > "${config}.new" || true
-echo "default_store=${store_url}" >> "${config}.new" && mv "${config}.new" "${config}"
+build/default/platform/host/tools/lpdevice config set /mnt/ext1/system/config/bookstore.cfg default_store "${store_url}"
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   echo "run-store: starting kiosk-2.app in a window; close it to stop"

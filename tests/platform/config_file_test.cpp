@@ -3,6 +3,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <chrono>
 #include <climits>
 #include <filesystem>
 #include <fstream>
@@ -19,10 +23,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
+std::string testName() {
+  return ::testing::UnitTest::GetInstance()->current_test_info()->name();
+}
+
 // A file of each test's own, so that the cases also run one after another in one process.
 std::string testFile() {
-  return std::string("/mnt/ext1/system/config/") + ::testing::UnitTest::GetInstance()->current_test_info()->name() +
-         ".cfg";
+  return "/mnt/ext1/system/config/" + testName() + ".cfg";
 }
 
 std::string readFile(const std::string &device_path) {
@@ -34,13 +41,13 @@ void writeFile(const std::string &device_path, const std::string &content) {
   std::ofstream(MapDevicePath(device_path), std::ios::binary) << content;
 }
 
-// One whole version of a large file: every key carries the version's tag.
+// One whole version of a large file: every key carries the version's tag. No secrets, whose
+// bytes differ from one save to the next.
 void writeVersion(lpconfig *cfg, char tag, int keys) {
   for (int i = 0; i < keys; ++i) {
     const std::string key = "key" + std::to_string(i);
     WriteString(cfg, key.c_str(), (std::string(200, tag) + "=\n\\" + std::to_string(i)).c_str());
   }
-  WriteSecret(cfg, "token", std::string(64, tag).c_str());
 }
 
 // The file's bytes after saving the given version from scratch.
@@ -63,7 +70,38 @@ std::vector<std::string> strayTemporaries(const std::string &device_folder) {
     const std::string name = entry.path().filename().string();
     if (name.find(".tmp.") != std::string::npos) names.push_back(name);
   }
+  std::sort(names.begin(), names.end());
   return names;
+}
+
+mode_t modeOf(const std::string &device_path) {
+  struct stat status {};
+  ::stat(MapDevicePath(device_path).c_str(), &status);
+  return status.st_mode & 07777;
+}
+
+// Kills savers of `path` while one of their temporary files exists, until `count` are left.
+std::vector<std::string> leftoversOfKilledSaves(const std::string &path, std::size_t count) {
+  const std::string folder = fs::path(path).parent_path();
+  for (int round = 0; round < 100 && strayTemporaries(folder).size() < count; ++round) {
+    const std::size_t before = strayTemporaries(folder).size();
+    const pid_t child = fork();
+    if (child == 0) {
+      lpconfig *cfg = OpenConfig(path.c_str(), 1);
+      writeVersion(cfg, 'a', 3000);
+      for (;;) SaveConfig(cfg);
+    }
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (strayTemporaries(folder).size() == before && std::chrono::steady_clock::now() < deadline) {
+    }
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+  }
+  return strayTemporaries(folder);
+}
+
+void backdate(const std::string &device_path) {
+  fs::last_write_time(MapDevicePath(device_path), fs::file_time_type::clock::now() - std::chrono::hours(1));
 }
 
 }  // namespace
@@ -234,7 +272,7 @@ TEST(ConfigFile, KilledWriterLeavesOneWholeVersion) {
   }
   lpconfig *cfg = OpenConfig(path.c_str(), 0);
   ASSERT_NE(cfg, nullptr);
-  EXPECT_EQ(GetConfigKeyCount(cfg), keys + 1);
+  EXPECT_EQ(GetConfigKeyCount(cfg), keys);
   CloseConfigNoSave(cfg);
 }
 
@@ -301,4 +339,106 @@ TEST(ConfigFile, HandlesOnSeveralThreadsSaveSafely) {
     EXPECT_STREQ(ReadSecret(cfg, "round", ""), "29");
     CloseConfigNoSave(cfg);
   }
+}
+
+TEST(ConfigFile, SecretsAreEncipheredWithTheDevicesOwnKeyForItsOwnerOnly) {
+  const std::string path = testFile();
+  ASSERT_EQ(modeOf("/mnt/secure/secrets.key"), 0600u);
+  EXPECT_EQ(fs::file_size(MapDevicePath("/mnt/secure/secrets.key")), 32u);
+
+  writeFile(path, "email=a@b.test\n");
+  fs::permissions(MapDevicePath(path), fs::perms(0644));
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  WriteString(cfg, "display_type", "list");
+  ASSERT_EQ(CloseConfig(cfg), 0);
+  EXPECT_EQ(modeOf(path), 0644u) << "a file without secrets keeps its mode";
+  cfg = OpenConfig(path.c_str(), 1);
+  WriteSecret(cfg, "access_token", "secret-token");
+  ASSERT_EQ(CloseConfig(cfg), 0);
+  EXPECT_EQ(modeOf(path), 0600u);
+
+  // The enciphered value opens only under its own key, unchanged, with this device's key.
+  const std::string content = readFile(path);
+  ASSERT_EQ(content.find("secret-token"), std::string::npos);
+  const std::size_t start = content.find("access_token=") + 13;
+  const std::string sealed = content.substr(start, content.find('\n', start) - start);
+  std::string changed = sealed;
+  changed[sealed.size() / 2] = changed[sealed.size() / 2] == 'A' ? 'B' : 'A';
+  writeFile(path, "access_token=" + sealed + "\nmoved=" + sealed + "\nchanged=" + changed + "\n");
+  cfg = OpenConfig(path.c_str(), 0);
+  EXPECT_STREQ(ReadSecret(cfg, "access_token", "none"), "secret-token");
+  EXPECT_STREQ(ReadSecret(cfg, "moved", "none"), "none");
+  EXPECT_STREQ(ReadSecret(cfg, "changed", "none"), "none");
+  CloseConfigNoSave(cfg);
+  std::ofstream(MapDevicePath("/mnt/secure/secrets.key"), std::ios::binary | std::ios::trunc) << std::string(32, 'k');
+  cfg = OpenConfig(path.c_str(), 0);
+  EXPECT_STREQ(ReadSecret(cfg, "access_token", "none"), "none") << "another device's key opened it";
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, SecretsOfTheOldScrambledFormReadAndAreEncipheredAtTheNextSave) {
+  const std::string path = testFile();
+  writeFile(path, "access_token=\\sNa9zo1+fD/hflXrl\nemail=a@b.test\n");
+  lpconfig *cfg = OpenConfig(path.c_str(), 1);
+  EXPECT_STREQ(ReadSecret(cfg, "access_token", ""), "old-token=42");
+  ASSERT_EQ(CloseConfig(cfg), 0);
+  EXPECT_EQ(readFile(path).find("access_token=\\s"), std::string::npos) << readFile(path);
+  cfg = OpenConfig(path.c_str(), 0);
+  EXPECT_STREQ(ReadSecret(cfg, "access_token", ""), "old-token=42");
+  EXPECT_STREQ(ReadString(cfg, "email", ""), "a@b.test");
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, FirstKeysKeepTheirFirstCharacterAcrossSaveAndReload) {
+  const std::string path = testFile();
+  const std::string bom = "\xEF\xBB\xBF";
+  for (const std::string &first : {bom, bom + "#note", bom + "key", bom + bom, std::string(" lead"),
+                                   std::string("\tkey"), std::string("\\s"), std::string("!x")}) {
+    fs::remove(MapDevicePath(path));
+    lpconfig *cfg = OpenConfig(path.c_str(), 1);
+    WriteString(cfg, first.c_str(), "first value");
+    WriteString(cfg, "next", "");
+    ASSERT_EQ(CloseConfig(cfg), 0);
+    cfg = OpenConfig(path.c_str(), 0);
+    ASSERT_EQ(GetConfigKeyCount(cfg), 2) << first;
+    EXPECT_EQ(orNull(GetConfigKey(cfg, 0)), first);
+    EXPECT_EQ(orNull(ReadString(cfg, first.c_str(), nullptr)), "first value") << first;
+    CloseConfigNoSave(cfg);
+  }
+  // Another tool's file that starts with a byte order mark: the mark is no part of the first key.
+  writeFile(path, bom + "language=de\n");
+  lpconfig *cfg = OpenConfig(path.c_str(), 0);
+  EXPECT_STREQ(GetConfigKey(cfg, 0), "language");
+  CloseConfigNoSave(cfg);
+}
+
+TEST(ConfigFile, TemporariesOfKilledSavesAreRemovedAtTheNextStart) {
+  // A folder of its own, so that this process first opens a file there below.
+  const std::string folder = "/mnt/ext1/system/config/" + testName();
+  const std::string path = folder + "/bookstore.cfg";
+  fs::create_directories(MapDevicePath(folder));
+  const std::vector<std::string> left = leftoversOfKilledSaves(path, 2);
+  ASSERT_GE(left.size(), 2u);
+
+  // All but one of the leftovers date from before this process; beside them, as old, lie the
+  // temporary file of a saver still at work and a file of another name.
+  const pid_t saver = fork();
+  if (saver == 0) {
+    pause();
+    _exit(0);
+  }
+  const std::string busy = ".bookstore.cfg.tmp." + std::to_string(saver) + ".0";
+  writeFile(folder + "/" + busy, "");
+  writeFile(folder + "/notes.tmp", "");
+  for (const auto &entry : fs::directory_iterator(MapDevicePath(folder))) {
+    if (entry.path().filename() != left[0]) backdate(entry.path());
+  }
+  CloseConfigNoSave(OpenConfig(path.c_str(), 1));
+  kill(saver, SIGKILL);
+  waitpid(saver, nullptr, 0);
+
+  std::vector<std::string> kept = {left[0], busy};
+  std::sort(kept.begin(), kept.end());
+  EXPECT_EQ(strayTemporaries(folder), kept);
+  EXPECT_TRUE(fs::exists(MapDevicePath(folder + "/notes.tmp")));
 }

@@ -7,9 +7,11 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "book_file_check.h"
 #include "device_path.h"
 #include "feed_loader.h"
 #include "lp_log.h"
+#include "stale_file_sweeper.h"
 
 namespace lumenpress::opds {
 
@@ -50,6 +52,18 @@ std::string temporaryPath(const std::string &folder) {
   return folder + "/.download-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".part";
 }
 
+BookDownloader::Result failed(BookDownloader::Result result, const std::string &temp, int error) {
+  std::remove(temp.c_str());
+  result.error = error;
+  return result;
+}
+
+// Downloads cut off by a kill are swept from a folder when this process first downloads into it.
+platform::StaleFileSweeper &partSweeper() {
+  static platform::StaleFileSweeper sweeper(R"(\.download-([0-9]+)-[0-9]+\.part)");
+  return sweeper;
+}
+
 }  // namespace
 
 BookDownloader::BookDownloader(const CredentialStore &credentials) : credentials_(credentials) {}
@@ -73,6 +87,7 @@ BookDownloader::Result BookDownloader::download(const std::string &url, const st
   const std::string real_folder = platform::MapDevicePath(folder);
   std::error_code error;
   std::filesystem::create_directories(real_folder, error);
+  partSweeper().sweepOnce(real_folder);
   const std::string temp = temporaryPath(real_folder);
   const HttpFetcher::Result response =
       HttpFetcher(user_agent, credentials_.headersFor(url)).download(url, temp, progress);
@@ -81,19 +96,21 @@ BookDownloader::Result BookDownloader::download(const std::string &url, const st
   result.info.disposition_filename = dispositionName(response.content_disposition);
 
   if (response.transport_error != 0 || response.status != 200) {
-    std::remove(temp.c_str());
-    result.error = response.transport_error != 0 ? FeedLoader::kTransportError : static_cast<int>(response.status);
     LP_LOG(LP_LOG_ERROR, "Download of %s failed: error %d, status %ld", url.c_str(), response.transport_error,
            response.status);
-    return result;
+    const int failure = response.transport_error != 0 ? FeedLoader::kTransportError : static_cast<int>(response.status);
+    return failed(std::move(result), temp, failure);
   }
   std::string name = result.info.disposition_filename;
   if (name.empty()) name = urlName(url);
   if (name.empty()) name = safeName(fallback_name);
+  if (!BookFileCheck::looksWhole(temp)) {
+    LP_LOG(LP_LOG_ERROR, "Download of %s ended short of a whole %s", url.c_str(), name.c_str());
+    result.info.transfer_error = CURLE_PARTIAL_FILE;
+    return failed(std::move(result), temp, FeedLoader::kTransportError);
+  }
   if (std::rename(temp.c_str(), (real_folder + "/" + name).c_str()) != 0) {
-    std::remove(temp.c_str());
-    result.error = FeedLoader::kTransportError;
-    return result;
+    return failed(std::move(result), temp, FeedLoader::kTransportError);
   }
   result.file = folder + "/" + name;
   return result;

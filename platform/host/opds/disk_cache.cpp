@@ -8,6 +8,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "stale_file_sweeper.h"
+
 namespace lumenpress::opds {
 
 namespace {
@@ -27,13 +29,23 @@ std::string oneLine(const std::string &text) {
   return text.substr(0, text.find_first_of("\r\n"));
 }
 
+// Feeds whose writing a kill cut off are swept when a process first uses the folder.
+platform::StaleFileSweeper &temporarySweeper() {
+  static platform::StaleFileSweeper sweeper(R"([0-9a-f]{16}\.feed\.tmp\.([0-9]+)\.[0-9]+)");
+  return sweeper;
+}
+
 }  // namespace
 
 void DiskCache::setFolder(const std::string &folder) {
-  std::lock_guard<std::mutex> lock(mutex_);
-  folder_ = folder;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    folder_ = folder;
+  }
+  if (folder.empty()) return;
   std::error_code error;
-  if (!folder.empty()) std::filesystem::create_directories(folder, error);
+  std::filesystem::create_directories(folder, error);
+  temporarySweeper().sweepOnce(folder);
 }
 
 std::string DiskCache::fileFor(const std::string &url) const {

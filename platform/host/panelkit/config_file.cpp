@@ -13,6 +13,8 @@
 #include <filesystem>
 
 #include "lp_log.h"
+#include "secret_cipher.h"
+#include "stale_file_sweeper.h"
 
 namespace fs = std::filesystem;
 
@@ -20,14 +22,18 @@ namespace lumenpress::platform {
 
 namespace {
 
-// A plain value never starts with a lone backslash and "s": its backslashes are
-// written doubled. So this prefix tells a secret apart from any plain text.
-const char kSecretMarker[] = "\\s";
-const std::size_t kSecretMarkerSize = sizeof kSecretMarker - 1;
+// A plain value never starts with a lone backslash: its backslashes are written doubled.
+// So these prefixes tell a secret apart from any plain text.
+const char kSealedMarker[] = "\\e";
+// Secrets written before they were enciphered: XORed with a key of the program's own. Still
+// read, and enciphered anew when read, so the next save leaves none of them behind.
+const char kScrambledMarker[] = "\\s";
+const std::size_t kMarkerSize = 2;
 
-// Secrets are kept out of plain sight, not enciphered: the device offers no key store.
 const unsigned char kScrambleKey[] = {0x5a, 0xc3, 0x17, 0x8e, 0x2b, 0xf0, 0x64, 0x9d,
                                       0x31, 0xa8, 0x4e, 0xd7, 0x06, 0x7b, 0xe2, 0x99};
+
+const char kByteOrderMark[] = "\xEF\xBB\xBF";
 
 const char kBase64[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
@@ -117,8 +123,27 @@ std::string unescape(const std::string &raw) {
   return out;
 }
 
-bool startsWithMarker(const std::string &raw) {
-  return raw.compare(0, kSecretMarkerSize, kSecretMarker) == 0;
+bool startsWith(const std::string &text, const char *prefix) {
+  return text.compare(0, std::strlen(prefix), prefix) == 0;
+}
+
+bool sealedText(const std::string &key, const std::string &value, std::string *text) {
+  std::string sealed;
+  if (!SecretCipher::seal(key, value, &sealed)) return false;
+  *text = kSealedMarker + toBase64(sealed);
+  return true;
+}
+
+// The clear value of a secret in either stored form; false for one that is broken, changed,
+// or enciphered with another device's key.
+bool openSecret(const std::string &key, const std::string &raw, std::string *value) {
+  std::string decoded;
+  if (!fromBase64(raw.substr(kMarkerSize), &decoded)) return false;
+  if (startsWith(raw, kScrambledMarker)) {
+    *value = scramble(decoded);
+    return true;
+  }
+  return SecretCipher::open(key, decoded, value);
 }
 
 bool validKey(const std::string &key) {
@@ -175,6 +200,12 @@ int createTemporary(const fs::path &target, std::string *temp_path) {
   return -1;
 }
 
+// The names createTemporary gives, so that saves killed in an earlier run can be told.
+StaleFileSweeper &temporarySweeper() {
+  static StaleFileSweeper sweeper(R"(\..+\.tmp\.([0-9]+)\.[0-9]+)");
+  return sweeper;
+}
+
 // The rename has happened; this only makes it survive a power cut.
 void syncFolder(const fs::path &folder) {
   const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -190,13 +221,15 @@ ConfigFile::ConfigFile(std::string path) : path_(std::move(path)) {}
 ConfigFile::LoadResult ConfigFile::load() {
   entries_.clear();
   order_.clear();
+  std::error_code error;
+  temporarySweeper().sweepOnce(fs::absolute(path_, error).parent_path().string());
   std::string content;
   if (!readWholeFile(path_, &content)) {
     if (errno == ENOENT) return LoadResult::kMissing;
     LP_LOG(LP_LOG_WARNING, "cannot read %s: %s", path_.c_str(), std::strerror(errno));
     return LoadResult::kFailed;
   }
-  if (content.compare(0, 3, "\xEF\xBB\xBF") == 0) content.erase(0, 3);
+  if (startsWith(content, kByteOrderMark)) content.erase(0, 3);
   int malformed = 0;
   std::size_t start = 0;
   while (start < content.size()) {
@@ -218,12 +251,11 @@ bool ConfigFile::parseLine(const std::string &line) {
   const std::string key = text.substr(0, equals);
   const std::string raw = text.substr(equals + 1);
   Entry entry;
-  if (startsWithMarker(raw)) {
-    std::string scrambled;
-    if (!fromBase64(raw.substr(kSecretMarkerSize), &scrambled)) return false;
-    entry.text = raw;
-    entry.secret = scramble(scrambled);
+  if (startsWith(raw, kSealedMarker) || startsWith(raw, kScrambledMarker)) {
+    if (!openSecret(key, raw, &entry.secret)) return false;
     entry.is_secret = true;
+    entry.text = raw;
+    if (startsWith(raw, kScrambledMarker)) sealedText(key, entry.secret, &entry.text);
   } else {
     entry.text = unescape(raw);
   }
@@ -237,6 +269,9 @@ std::string ConfigFile::serialize() const {
     const Entry &entry = it->second;
     out += it->first + "=" + (entry.is_secret ? entry.text : escape(entry.text)) + "\n";
   }
+  // Load skips one byte order mark at the start. A first key that itself begins with U+FEFF
+  // is therefore written after one such mark, which load takes away, leaving the key whole.
+  if (startsWith(out, kByteOrderMark)) out.insert(0, kByteOrderMark);
   return out;
 }
 
@@ -255,8 +290,10 @@ bool ConfigFile::save() const {
     LP_LOG(LP_LOG_ERROR, "cannot create a temporary file for %s: %s", path_.c_str(), std::strerror(errno));
     return false;
   }
+  // The temporary file is the owner's alone. A file with secrets stays so, whatever mode it had;
+  // any other keeps its mode.
   struct stat existing {};
-  if (::stat(target.c_str(), &existing) == 0) ::fchmod(fd, existing.st_mode & 07777);
+  if (!holdsSecrets() && ::stat(target.c_str(), &existing) == 0) ::fchmod(fd, existing.st_mode & 07777);
   bool written = writeAll(fd, serialize()) && ::fsync(fd) == 0;
   written = ::close(fd) == 0 && written;
   if (!written || ::rename(temp.c_str(), target.c_str()) != 0) {
@@ -287,7 +324,9 @@ bool ConfigFile::setText(const std::string &key, const std::string &value) {
 
 bool ConfigFile::setSecret(const std::string &key, const std::string &value) {
   if (!validKey(key)) return false;
-  put(key, Entry{kSecretMarker + toBase64(scramble(value)), value, true});
+  std::string text;
+  if (!sealedText(key, value, &text)) return false;
+  put(key, Entry{text, value, true});
   return true;
 }
 
@@ -296,6 +335,10 @@ void ConfigFile::remove(const std::string &key) {
   if (it == entries_.end()) return;
   order_.erase(std::find(order_.begin(), order_.end(), it));
   entries_.erase(it);
+}
+
+bool ConfigFile::holdsSecrets() const {
+  return std::any_of(entries_.begin(), entries_.end(), [](const auto &item) { return item.second.is_secret; });
 }
 
 const std::string *ConfigFile::keyAt(std::size_t index) const {

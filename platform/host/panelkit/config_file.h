@@ -1,5 +1,5 @@
-// One keyed configuration file in memory: "key=value" lines of UTF-8 text, with
-// secrets kept reversibly beside plain values, and a save that never leaves half a file.
+// One keyed configuration file in memory: "key=value" lines of UTF-8 text, with secrets
+// enciphered beside plain values, and a save that never leaves half a file.
 #ifndef LUMENPRESS_HOST_CONFIG_FILE_H
 #define LUMENPRESS_HOST_CONFIG_FILE_H
 
@@ -20,7 +20,8 @@ public:
 
   const std::string &path() const { return path_; }
 
-  // Replaces the keys in memory by the file's; kMissing leaves them empty.
+  // Replaces the keys in memory by the file's; kMissing leaves them empty. The first load in a
+  // folder also removes the temporary files that killed saves left there.
   LoadResult load();
   // Writes a temporary file beside the target and renames it over the target.
   bool save() const;
@@ -31,7 +32,8 @@ public:
   // The clear value: a plain value as it is, a secret decoded.
   const std::string *clearText(const std::string &key) const;
 
-  // False, with nothing changed, for a key the format cannot hold.
+  // False, with nothing changed, for a key the format cannot hold (or a secret that cannot be
+  // enciphered).
   bool setText(const std::string &key, const std::string &value);
   bool setSecret(const std::string &key, const std::string &value);
   void remove(const std::string &key);
@@ -51,6 +53,7 @@ private:
   bool parseLine(const std::string &line);
   void put(const std::string &key, Entry entry);
   std::string serialize() const;
+  bool holdsSecrets() const;
 
   std::string path_;
   Entries entries_;

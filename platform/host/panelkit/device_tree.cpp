@@ -7,6 +7,7 @@
 #include <random>
 
 #include "device_path.h"
+#include "secret_cipher.h"
 
 namespace fs = std::filesystem;
 
@@ -121,6 +122,8 @@ void DeviceTree::fill(const std::string &root) {
        "model=LumenPress Reader 740-2\nsoftware_version=U740.6.10.1508\nuse_audio_player=1\n"
        "has_audio=1\ntouchpanel=1\nwifi=1\ncustomized_partner=0\ndisplay_colormask=0\nfile_cache_limit_kb=65536\n");
   seed(root + "/mnt/secure/fwinfo.txt", "Model: 740-2\nSW Version: 6.10.1508;\n");
+  if (!SecretCipher::createKey(root + SecretCipher::kKeyPath))
+    std::fprintf(stderr, "device tree: cannot create %s%s\n", root.c_str(), SecretCipher::kKeyPath);
   installFiles(LP_LANG_SOURCE_DIR, ".txt", root + "/coreapp/lang");
   installFiles(LP_RESOURCE_SOURCE_DIR, ".png", root + "/coreapp/resources");
 }

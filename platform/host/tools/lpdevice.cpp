@@ -17,7 +17,9 @@ int usage() {
                "usage: lpdevice info             the device's identity, language and network\n"
                "       lpdevice path DEVICE_PATH where a device path lies on this PC\n"
                "       lpdevice network up|down  switch the device's network\n"
-               "       lpdevice journal          the tasks, books and requests the programs started\n");
+               "       lpdevice journal          the tasks, books and requests the programs started\n"
+               "       lpdevice config set FILE KEY VALUE\n"
+               "                                 write a value into a configuration file of the device\n");
   return 2;
 }
 
@@ -51,6 +53,17 @@ int journal() {
   return 0;
 }
 
+// Through the configuration library, so the file is saved whole and with the mode the program gives it.
+int configSet(const char *path, const char *key, const char *value) {
+  lpconfig *cfg = OpenConfig(path, 1);
+  if (cfg) WriteString(cfg, key, value);
+  const char *stored = ReadString(cfg, key, nullptr);
+  const bool saved = stored && std::strcmp(stored, value) == 0 && SaveConfig(cfg) == 0;
+  CloseConfigNoSave(cfg);
+  if (!saved) std::fprintf(stderr, "lpdevice: cannot write \"%s\" into %s\n", key, path);
+  return saved ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -63,5 +76,6 @@ int main(int argc, char **argv) {
   }
   if (command == "network" && argc == 3) return network(argv[2]);
   if (command == "journal") return journal();
+  if (command == "config" && argc == 6 && std::strcmp(argv[2], "set") == 0) return configSet(argv[3], argv[4], argv[5]);
   return usage();
 }
