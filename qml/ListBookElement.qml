@@ -41,8 +41,8 @@ Item {
             width: parent.width
             text: book.bookTitle
             elide: Text.ElideRight
-            maximumLineCount: book.wide ? 2 : 1
-            wrapMode: book.wide ? Text.Wrap : Text.NoWrap
+            maximumLineCount: 2
+            wrapMode: Text.Wrap
             font.pixelSize: Math.round((book.wide ? 22 : 16) * LPcontrols2.Global.dp)
             font.bold: true
             color: "black"

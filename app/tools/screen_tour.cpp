@@ -27,6 +27,14 @@ struct View {
   std::function<void(QQuickWindow *)> show;
 };
 
+QQuickItem *findItem(QQuickItem *item, const QString &name) {
+  if (item->objectName() == name) return item;
+  for (QQuickItem *child : item->childItems()) {
+    if (QQuickItem *found = findItem(child, name)) return found;
+  }
+  return nullptr;
+}
+
 void collect(QQuickItem *item, std::vector<QQuickItem *> *images) {
   if (item->inherits("QQuickImage") && item->isVisible()) images->push_back(item);
   for (QQuickItem *child : item->childItems()) collect(child, images);
@@ -71,6 +79,11 @@ std::vector<View> views(const QUrl &store) {
   const std::string cover = store.resolved(QUrl(QStringLiteral("/covers/181.jpg"))).toString().toStdString();
   return {
       {"home", [](QQuickWindow *) {}},
+      {"home-next-page",
+       [](QQuickWindow *window) {
+         if (QQuickItem *rows = findItem(window->contentItem(), QStringLiteral("homeRows")))
+           QMetaObject::invokeMethod(rows, "pageForward");
+       }},
       {"book_downloaded_dg",
        [cover](QQuickWindow *window) {
          const QVariant messenger = qmlContext(window)->contextProperty(QStringLiteral("DownloadingMessenger"));
