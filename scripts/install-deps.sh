@@ -13,6 +13,7 @@ packages=(
   libsqlite3-dev libqrencode-dev libcpp-httplib-dev zlib1g-dev libbrotli-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth clang-format curl
+  clang libclang-rt-14-dev
 )
 
 missing=()

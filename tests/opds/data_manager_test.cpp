@@ -1,5 +1,9 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -171,6 +175,73 @@ TEST_F(DataManagerTest, SearchGoesThroughTheOpenSearchDescription) {
   ASSERT_EQ(results->entries.size(), 2u);
   EXPECT_EQ(results->entries[0]->GetLinkByType(OPDS::Link::kOpenAccess)->href, url("/files/book-100.epub"))
       << "links of a result page are made absolute";
+}
+
+// A loopback port that listens but never accepts: a connection to it stays in its queue for accept() to find.
+class Listener {
+public:
+  Listener() : fd_(socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    bind(fd_, reinterpret_cast<sockaddr *>(&address), length);
+    listen(fd_, 8);
+    getsockname(fd_, reinterpret_cast<sockaddr *>(&address), &length);
+    port_ = ntohs(address.sin_port);
+    fcntl(fd_, F_SETFL, O_NONBLOCK);
+  }
+  ~Listener() { close(fd_); }
+  int port() const { return port_; }
+  bool connected() const {
+    const int client = accept(fd_, nullptr, nullptr);
+    if (client >= 0) close(client);
+    return client >= 0;
+  }
+
+private:
+  int fd_;
+  int port_ = 0;
+};
+
+// Feeds and books come only over HTTP: any other scheme, given or reached by a redirect, is a transport failure
+// that sends nothing anywhere.
+TEST_F(DataManagerTest, OnlyHttpAndHttpsAreFetched) {
+  const Listener raw;
+  const std::string port = std::to_string(raw.port());
+  server_.Get("/to-file",
+              [](const httplib::Request &, httplib::Response &res) { res.set_redirect("file:///etc/hosts"); });
+  server_.Get("/to-gopher", [port](const httplib::Request &, httplib::Response &res) {
+    res.set_redirect("gopher://127.0.0.1:" + port + "/_raw");
+  });
+  DataManager manager(&recorder_);
+  manager.Init();
+  manager.SetFileDownloadFolder("/mnt/ext1/Downloads");
+  const std::string urls[] = {"file:///etc/hosts",
+                              "gopher://127.0.0.1:" + port + "/_raw",
+                              "dict://127.0.0.1:" + port + "/d",
+                              "ftp://127.0.0.1:" + port + "/f",
+                              url("/to-file"),
+                              url("/to-gopher")};
+  for (const std::string &target : urls) {
+    auto list = manager.GetList(target);
+    ASSERT_TRUE(pump(manager, [&] { return loaded(list); })) << target;
+    EXPECT_EQ(recorder_.lists.back().first, -1) << target;
+
+    auto entry = std::make_shared<OPDS::Entry>();
+    entry->id = target;
+    auto link = std::make_shared<OPDS::Link>();
+    link->type = OPDS::Link::kOpenAccess;
+    link->mime = "application/epub+zip";
+    link->href = target;
+    entry->links.push_back(link);
+    const size_t before = recorder_.books.size();
+    manager.DownloadBook(list, entry, 0);
+    ASSERT_TRUE(pump(manager, [&] { return recorder_.books.size() > before; })) << target;
+    EXPECT_EQ(recorder_.books.back().error, -1) << target;
+    EXPECT_EQ(recorder_.books.back().file, "") << target;
+  }
+  EXPECT_FALSE(raw.connected());
 }
 
 TEST(LastSearch, NewestFirstWithoutDuplicatesAndAtMostTwenty) {

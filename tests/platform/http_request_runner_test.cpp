@@ -199,6 +199,12 @@ TEST_F(HttpRunnerTest, TransportFailuresAreNonZeroWithNothingThatLooksLikeABody)
   refused.AddGetParam("token", "secret-query");
   refused.AddHeader("Authorization", "Bearer secret-token");
   expectTransportFailure(refused, 10, CURLE_COULDNT_CONNECT);
+  // Refused before any connection, which would fail otherwise.
+  for (const std::string &other :
+       {std::string("file:///etc/hosts"), std::string("FILE:///etc/hosts"), "gopher://" + address + "/_raw",
+        "dict://" + address + "/d", "ftp://" + address + "/f"}) {
+    expectTransportFailure(HttpRequest("GET", other), 10, CURLE_UNSUPPORTED_PROTOCOL);
+  }
 
   const std::string log = readFile(deviceRootFile("host/kiosk-2.log"));
   EXPECT_NE(log.find("<1>"), std::string::npos) << log;

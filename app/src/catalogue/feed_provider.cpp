@@ -7,9 +7,11 @@
 #include <fstream>
 
 #include "device_path.h"
+#include "json_member.h"
 #include "lp_log.h"
 #include "user_agent_config.h"
 
+using lumenpress::bookstore::JsonMember;
 using lumenpress::opds::DataManager;
 using lumenpress::opds::OPDS::Entry;
 using lumenpress::opds::OPDS::Link;
@@ -108,12 +110,12 @@ int FeedProvider::ParseErrorCode(const std::string &file, int &code, std::string
   std::string text;
   for (std::string line; std::getline(in, line);) text += line;
   Json::Value document;
-  if (!Json::Reader().parse(text, document)) {
+  if (!JsonMember::parse(text, &document)) {
     LP_LOG(LP_LOG_ERROR, "Failed to parse json %s", text.c_str());
     return -1;
   }
-  code = document.get("status_code", -1).asInt();
-  message = document.get("msg", "").asString();
+  code = JsonMember::integer(document, "status_code", -1);
+  message = JsonMember::text(document, "msg");
   return -1;
 }
 

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "json_member.h"
+
 namespace lumenpress::bookstore {
 
 std::string ResponseBody::text(const std::vector<char> &response) {
@@ -16,8 +18,7 @@ bool ResponseBody::unquote(const std::vector<char> &response, std::string *out) 
 }
 
 bool ResponseBody::parse(const std::vector<char> &response, Json::Value *value) {
-  const std::string body = text(response);
-  return Json::Reader().parse(body, *value);
+  return JsonMember::parse(text(response), value);
 }
 
 }  // namespace lumenpress::bookstore

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstring>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "link_type_mapper.h"
@@ -21,26 +22,35 @@ bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-std::string Trimmed(std::string_view text) {
+std::string_view Trim(std::string_view text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
   while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return std::string(text);
+  return text;
+}
+
+std::string Trimmed(std::string_view text) {
+  return std::string(Trim(text));
 }
 
 bool IsText(const pugi::xml_node &node) {
   return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-// The character data directly inside an element; comments and child elements do not break it.
-std::string Text(const pugi::xml_node &element) {
+// The character data directly inside an element; comments and child elements do not break it. Most elements hold
+// one piece of text, which is read where it lies; only text in pieces is put together in `pieces`.
+std::string_view TextView(const pugi::xml_node &element, std::string *pieces) {
   const pugi::xml_node first = element.first_child();
   if (!first) return {};
-  if (!first.next_sibling()) return IsText(first) ? Trimmed(first.value()) : std::string();
-  std::string text;
+  if (!first.next_sibling()) return IsText(first) ? Trim(first.value()) : std::string_view();
   for (pugi::xml_node child = first; child; child = child.next_sibling()) {
-    if (IsText(child)) text += child.value();
+    if (IsText(child)) *pieces += child.value();
   }
-  return Trimmed(text);
+  return Trim(*pieces);
+}
+
+std::string Text(const pugi::xml_node &element) {
+  std::string pieces;
+  return std::string(TextView(element, &pieces));
 }
 
 std::string AttributeText(const pugi::xml_attribute &attribute) {
@@ -103,7 +113,7 @@ void PutDigits(char *at, int value, int width) {
 
 // "%Y-%m-%d %H:%M:%S" from a W3C date: a year, a month, a day, or a time with or without seconds, fraction and
 // zone. The zone is dropped, so a release date stays on the day the catalogue gave. Anything else stays as written.
-std::string NormaliseDate(const std::string &text) {
+std::string NormaliseDate(std::string_view text) {
   std::string_view rest = text;
   int year = 0, month = 1, day = 1, hour = 0, minute = 0, second = 0;
   bool ok = Digits(&rest, 4, &year);
@@ -118,7 +128,7 @@ std::string NormaliseDate(const std::string &text) {
   }
   ok = ok && rest.empty() && month >= 1 && month <= 12 && day >= 1 && day <= 31 && hour <= 23 && minute <= 59 &&
        second <= 60;
-  if (!ok) return text;
+  if (!ok) return std::string(text);
   char normalised[] = "0000-00-00 00:00:00";
   PutDigits(normalised, year, 4);
   PutDigits(normalised + 5, month, 2);
@@ -127,6 +137,28 @@ std::string NormaliseDate(const std::string &text) {
   PutDigits(normalised + 14, minute, 2);
   PutDigits(normalised + 17, second, 2);
   return normalised;
+}
+
+std::string DateOf(const pugi::xml_node &element) {
+  std::string pieces;
+  return NormaliseDate(TextView(element, &pieces));
+}
+
+// How many children of an element have the local name `first`, and how many `second`, whatever their namespace:
+// enough to reserve room before the walk.
+std::pair<size_t, size_t> CountChildren(const pugi::xml_node &element, const char *first, const char *second) {
+  std::pair<size_t, size_t> counts;
+  for (pugi::xml_node child = element.first_child(); child; child = child.next_sibling()) {
+    const char *qualified = child.name();
+    const char *colon = std::strchr(qualified, ':');
+    const char *local_name = colon ? colon + 1 : qualified;
+    if (std::strcmp(local_name, first) == 0) {
+      ++counts.first;
+    } else if (std::strcmp(local_name, second) == 0) {
+      ++counts.second;
+    }
+  }
+  return counts;
 }
 
 void KeepFirst(std::string *field, const pugi::xml_node &element) {
@@ -220,6 +252,9 @@ bool FeedParser::Parse(const char *data, size_t size, const std::string &feed_ur
 }
 
 void FeedParser::ReadFeed(const pugi::xml_node &element, Feed *feed, std::string *title) {
+  const auto [entries, links] = CountChildren(element, "entry", "link");
+  feed->entries.reserve(entries);
+  feed->links.reserve(links);
   scope_.ForEachChild(element, [&](const pugi::xml_node &child, XmlVocabulary vocabulary, const char *name) {
     if (vocabulary == XmlVocabulary::kAtom) {
       if (std::strcmp(name, "entry") == 0) {
@@ -237,6 +272,9 @@ void FeedParser::ReadFeed(const pugi::xml_node &element, Feed *feed, std::string
 
 std::shared_ptr<Entry> FeedParser::ReadEntry(const pugi::xml_node &element) {
   auto entry = std::make_shared<Entry>();
+  const auto [links, categories] = CountChildren(element, "link", "category");
+  entry->links.reserve(links);
+  entry->categories.reserve(categories);
   scope_.ForEachChild(element, [&](const pugi::xml_node &child, XmlVocabulary vocabulary, const char *name) {
     for (const EntryElement &known : kEntryElements) {
       if (known.vocabulary == vocabulary && known.name[0] == name[0] && std::strcmp(known.name, name) == 0) {
@@ -363,11 +401,11 @@ void FeedParser::ReadEntryLink(const pugi::xml_node &element, Entry *entry) {
 
 // Atom's own date wins over dcterms:issued, whichever comes first.
 void FeedParser::ReadPublished(const pugi::xml_node &element, Entry *entry) {
-  entry->published = NormaliseDate(Text(element));
+  entry->published = DateOf(element);
 }
 
 void FeedParser::ReadIssued(const pugi::xml_node &element, Entry *entry) {
-  if (entry->published.empty()) entry->published = NormaliseDate(Text(element));
+  if (entry->published.empty()) entry->published = DateOf(element);
 }
 
 void FeedParser::ReadLanguage(const pugi::xml_node &element, Entry *entry) {

@@ -109,6 +109,9 @@ HttpFetcher::Result HttpFetcher::perform(const std::string &url, FILE *file, con
   curl_easy_setopt(curl.get(), CURLOPT_URL, url.c_str());
   curl_easy_setopt(curl.get(), CURLOPT_HTTPHEADER, headers.get());
   curl_easy_setopt(curl.get(), CURLOPT_USERAGENT, user_agent_.c_str());
+  // Links come from the network: no other scheme may reach a local file or port, not even by a redirect.
+  curl_easy_setopt(curl.get(), CURLOPT_PROTOCOLS_STR, "http,https");
+  curl_easy_setopt(curl.get(), CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(curl.get(), CURLOPT_FOLLOWLOCATION, 1L);
   curl_easy_setopt(curl.get(), CURLOPT_MAXREDIRS, 5L);
   curl_easy_setopt(curl.get(), CURLOPT_NOSIGNAL, 1L);
@@ -127,8 +130,9 @@ HttpFetcher::Result HttpFetcher::perform(const std::string &url, FILE *file, con
   curl_easy_setopt(curl.get(), CURLOPT_XFERINFODATA, &transfer);
   curl_easy_setopt(curl.get(), CURLOPT_NOPROGRESS, progress ? 0L : 1L);
 
-  const CURLcode code = curl_easy_perform(curl.get());
+  CURLcode code = curl_easy_perform(curl.get());
   curl_easy_getinfo(curl.get(), CURLINFO_RESPONSE_CODE, &result.status);
+  if (code == CURLE_OK && result.status == 0) code = CURLE_WEIRD_SERVER_REPLY;
   result.transport_error = static_cast<int>(code);
   return result;
 }

@@ -14,7 +14,7 @@ class HttpFetcher {
 public:
   class Result {
   public:
-    // 0 when an HTTP exchange took place; libcurl's code otherwise.
+    // 0 when an HTTP exchange took place; libcurl's code otherwise, also for a scheme other than http and https.
     int transport_error = 0;
     long status = 0;
     std::string body;

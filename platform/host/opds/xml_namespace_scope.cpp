@@ -37,7 +37,9 @@ constexpr size_t kXmlnsLength = sizeof(kXmlns) - 1;
 
 }  // namespace
 
-XmlNamespaceScope::XmlNamespaceScope() : bindings_{{"", XmlVocabulary::kAtom}} {}
+XmlNamespaceScope::XmlNamespaceScope() : nodes_(1) {
+  Bind("", XmlVocabulary::kAtom);
+}
 
 size_t XmlNamespaceScope::Enter(const pugi::xml_node &element) {
   size_t declared = 0;
@@ -45,9 +47,9 @@ size_t XmlNamespaceScope::Enter(const pugi::xml_node &element) {
     const char *name = attribute.name();
     if (name[0] != 'x' || std::strncmp(name, kXmlns, kXmlnsLength) != 0) continue;
     if (name[kXmlnsLength] == '\0') {
-      bindings_.push_back({"", VocabularyOf(attribute.value())});
+      Bind("", VocabularyOf(attribute.value()));
     } else if (name[kXmlnsLength] == ':') {
-      bindings_.push_back({name + kXmlnsLength + 1, VocabularyOf(attribute.value())});
+      Bind(name + kXmlnsLength + 1, VocabularyOf(attribute.value()));
     } else {
       continue;
     }
@@ -57,7 +59,11 @@ size_t XmlNamespaceScope::Enter(const pugi::xml_node &element) {
 }
 
 void XmlNamespaceScope::Leave(size_t declared) {
-  bindings_.resize(bindings_.size() - declared);
+  for (; declared > 0; --declared) {
+    const Binding &innermost = bindings_.back();
+    nodes_[innermost.node].binding = innermost.shadowed;
+    bindings_.pop_back();
+  }
 }
 
 XmlVocabulary XmlNamespaceScope::Resolve(const char *qualified_name, const char **local_name) const {
@@ -70,11 +76,36 @@ XmlVocabulary XmlNamespaceScope::Resolve(const char *qualified_name, const char 
   return Lookup(std::string_view(qualified_name, colon - qualified_name));
 }
 
-XmlVocabulary XmlNamespaceScope::Lookup(std::string_view prefix) const {
-  for (auto binding = bindings_.rbegin(); binding != bindings_.rend(); ++binding) {
-    if (binding->prefix == prefix) return binding->vocabulary;
+void XmlNamespaceScope::Bind(std::string_view prefix, XmlVocabulary vocabulary) {
+  uint32_t node = 0;
+  for (const char byte : prefix) {
+    uint32_t child = Child(node, byte);
+    if (child == 0) {
+      child = static_cast<uint32_t>(nodes_.size());
+      nodes_.push_back({0, nodes_[node].first_child, 0, byte});
+      nodes_[node].first_child = child;
+    }
+    node = child;
   }
-  return XmlVocabulary::kOther;
+  bindings_.push_back({node, nodes_[node].binding, vocabulary});
+  nodes_[node].binding = static_cast<uint32_t>(bindings_.size());
+}
+
+XmlVocabulary XmlNamespaceScope::Lookup(std::string_view prefix) const {
+  uint32_t node = 0;
+  for (const char byte : prefix) {
+    node = Child(node, byte);
+    if (node == 0) return XmlVocabulary::kOther;
+  }
+  const uint32_t binding = nodes_[node].binding;
+  return binding == 0 ? XmlVocabulary::kOther : bindings_[binding - 1].vocabulary;
+}
+
+uint32_t XmlNamespaceScope::Child(uint32_t parent, char byte) const {
+  uint32_t child = nodes_[parent].first_child;
+  for (; child != 0 && nodes_[child].byte != byte; child = nodes_[child].next_sibling) ++steps_;
+  ++steps_;
+  return child;
 }
 
 }  // namespace lumenpress::opds

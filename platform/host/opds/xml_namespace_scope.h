@@ -2,6 +2,7 @@
 #ifndef LUMENPRESS_OPDS_XML_NAMESPACE_SCOPE_H
 #define LUMENPRESS_OPDS_XML_NAMESPACE_SCOPE_H
 
+#include <cstdint>
 #include <cstring>
 #include <pugixml.hpp>
 #include <string_view>
@@ -49,16 +50,36 @@ public:
   void Leave(size_t declared);
   // The vocabulary of an element's qualified name; local_name points into it.
   XmlVocabulary Resolve(const char *qualified_name, const char **local_name) const;
+  // Nodes walked so far, by declarations and lookups: for the test that keeps lookups apart from the declarations
+  // in force.
+  size_t steps() const { return steps_; }
 
 private:
+  // Prefixes are kept in a tree of their bytes, so that finding one takes a step per byte (and per sibling byte, at
+  // most the 256 values of a byte) however many prefixes are declared. A node is bound while a declaration of its
+  // prefix is in force.
+  struct Node {
+    uint32_t first_child = 0;
+    uint32_t next_sibling = 0;
+    // 1 + the index in bindings_ of the innermost declaration of this prefix; 0 while none is in force.
+    uint32_t binding = 0;
+    char byte = 0;
+  };
   struct Binding {
-    std::string_view prefix;
+    uint32_t node;
+    uint32_t shadowed;
     XmlVocabulary vocabulary;
   };
 
+  void Bind(std::string_view prefix, XmlVocabulary vocabulary);
   XmlVocabulary Lookup(std::string_view prefix) const;
+  // The child of `parent` for `byte`, or 0.
+  uint32_t Child(uint32_t parent, char byte) const;
 
+  // nodes_[0] is the empty prefix, the default namespace; it is nobody's child, so 0 also means none.
+  std::vector<Node> nodes_;
   std::vector<Binding> bindings_;
+  mutable size_t steps_ = 0;
 };
 
 }  // namespace lumenpress::opds

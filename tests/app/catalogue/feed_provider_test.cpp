@@ -84,6 +84,33 @@ TEST(FeedProvider, ContentTypeGivesAnExtensionOnlyWithAParameterOrLineEnd) {
   EXPECT_EQ(FeedProvider::GetContentMimeToExtension("application/x-unknown;"), "");
 }
 
+// Whatever JSON a store sends in place of a book, its code and message are read where they are, and nothing throws.
+TEST(FeedProvider, ErrorDocumentsOfAnyShapeGiveTheirCodeOrMinusOne) {
+  struct Document {
+    std::string text;
+    int code;
+    std::string message;
+  };
+  const Document documents[] = {
+      {R"({"status_code": 403, "msg": {}})", 403, ""},
+      {R"({"status_code": "x", "msg": "gone"})", -1, "gone"},
+      {"[1]", -1, ""},
+      {"\"t\"", -1, ""},
+      {"{", -1, "unread"},
+      {std::string(1001, '[') + std::string(1001, ']'), -1, "unread"},
+  };
+  const std::string file = "/mnt/ext1/Downloads/error.json";
+  std::filesystem::create_directories(lumenpress::platform::MapDevicePath("/mnt/ext1/Downloads"));
+  for (const Document &document : documents) {
+    std::ofstream(lumenpress::platform::MapDevicePath(file)) << document.text;
+    int code = -1;
+    std::string message = "unread";
+    FeedProvider::ParseErrorCode(file, code, message);
+    EXPECT_EQ(code, document.code) << document.text;
+    EXPECT_EQ(message, document.message) << document.text;
+  }
+}
+
 // A store that answers downloads in the ways a real one can go wrong.
 class DownloadTest : public ::testing::Test {
 protected:

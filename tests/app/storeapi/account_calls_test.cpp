@@ -103,6 +103,9 @@ TEST_F(StoreApiTest, NewAccountSignsInAndTakesTheNewsletter) {
   EXPECT_GT(user.id, 0);
   answer("rest/V1/customers/me/", 200, "{\"id\": 3, \"email\"");
   EXPECT_EQ(api_->getUserInfo(&user), BookstoreApi::kFail);
+  const std::string tooDeep = std::string(1001, '[') + std::string(1001, ']');
+  answer("rest/V1/customers/me/", 200, tooDeep.c_str());
+  EXPECT_EQ(api_->getUserInfo(&user), BookstoreApi::kFail);
 }
 
 TEST_F(StoreApiTest, LoginKeepsTheTokensAndAFailedOneLosesThem) {
