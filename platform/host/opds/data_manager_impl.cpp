@@ -61,8 +61,9 @@ void DataManager::Impl::setDownloadFolder(const std::string &folder) {
 
 // Runs only what was queued when called: callbacks that ask for more see it next time.
 void DataManager::Impl::processResults() {
-  // Cleared before the queue is counted, so a result queued after the count wakes the owner
-  // again; an exchange, so that it sees every result whose worker found the flag already set.
+  // Cleared before the queue is counted, so that a result queued after the count wakes the
+  // owner again. An exchange, not a store: it reads the flag the workers set, and with it every
+  // result queued by a worker that found the flag set and woke nobody.
   results_waiting_.exchange(false);
   std::shared_ptr<utilities::IRunnable> runnable;
   for (size_t pending = results_.Size(); pending > 0 && results_.TryPop(&runnable); --pending) runnable->Run();
