@@ -104,21 +104,22 @@ std::string order(const std::string &sort) {
   return " ORDER BY b.popularity DESC, b.id";
 }
 
-GenreRecord genreFrom(const SqlRow &row, const StoreRecord &store) {
+GenreRecord genreFrom(const SqlRow &row, const StoreRecord &store, bool counted) {
   GenreRecord genre;
   genre.id = row.integer("id");
   genre.slug = row.text("slug");
   genre.name = genreName(row, store);
   genre.parent_id = row.integer("parent_id");
   genre.parent_slug = row.text("parent_slug");
-  genre.books = static_cast<int>(row.integer("books"));
+  if (counted) genre.books = static_cast<int>(row.integer("books"));
   return genre;
 }
 
-const char kGenreColumns[] =
-    "SELECT g.*, parent.slug AS parent_slug, (SELECT COUNT(*) FROM books b JOIN genres bg ON bg.id = b.genre_id"
-    " WHERE (bg.id = g.id OR bg.parent_id = g.id) AND (? = '' OR b.kind = ?)) AS books"
-    " FROM genres g LEFT JOIN genres parent ON parent.id = g.parent_id";
+const char kGenreColumns[] = "SELECT g.*, parent.slug AS parent_slug";
+const char kGenreCount[] =
+    ", (SELECT COUNT(*) FROM books b JOIN genres bg ON bg.id = b.genre_id"
+    " WHERE (bg.id = g.id OR bg.parent_id = g.id) AND (? = '' OR b.kind = ?)) AS books";
+const char kGenreTables[] = " FROM genres g LEFT JOIN genres parent ON parent.id = g.parent_id";
 
 }  // namespace
 
@@ -162,27 +163,28 @@ std::optional<BookRecord> Catalogue::book(const StoreRecord &store, long long id
 
 std::vector<GenreRecord> Catalogue::genres(const StoreRecord &store, const std::string &kind) const {
   std::vector<GenreRecord> list;
-  const auto rows = db_->query(kGenreColumns + std::string(" ORDER BY COALESCE(parent.position, g.position), "
-                                                           "g.parent_id IS NOT NULL, g.position"),
-                               {kind, kind});
-  for (const auto &row : rows) list.push_back(genreFrom(row, store));
+  const auto rows =
+      db_->query(std::string(kGenreColumns) + kGenreCount + kGenreTables +
+                     " ORDER BY COALESCE(parent.position, g.position), g.parent_id IS NOT NULL, g.position",
+                 {kind, kind});
+  for (const auto &row : rows) list.push_back(genreFrom(row, store, true));
   return list;
 }
 
 std::optional<GenreRecord> Catalogue::genre(const StoreRecord &store, const std::string &slug) const {
-  const auto rows = db_->query(kGenreColumns + std::string(" WHERE g.slug = ?"), {"", "", slug});
+  const auto rows = db_->query(std::string(kGenreColumns) + kGenreTables + " WHERE g.slug = ?", {slug});
   if (rows.empty()) return std::nullopt;
-  return genreFrom(rows.front(), store);
+  return genreFrom(rows.front(), store, false);
 }
 
 std::vector<GenreRecord> Catalogue::genresOf(const StoreRecord &store, long long bookId) const {
   std::vector<GenreRecord> list;
   const auto rows = db_->query(
-      kGenreColumns + std::string(" WHERE g.id = (SELECT genre_id FROM books WHERE id = ?)"
-                                  " OR g.id = (SELECT parent_id FROM genres WHERE id ="
-                                  " (SELECT genre_id FROM books WHERE id = ?)) ORDER BY g.parent_id IS NOT NULL"),
-      {"", "", bookId, bookId});
-  for (const auto &row : rows) list.push_back(genreFrom(row, store));
+      std::string(kGenreColumns) + kGenreTables +
+          " WHERE g.id = (SELECT genre_id FROM books WHERE id = ?) OR g.id = (SELECT parent_id FROM genres WHERE id ="
+          " (SELECT genre_id FROM books WHERE id = ?)) ORDER BY g.parent_id IS NOT NULL",
+      {bookId, bookId});
+  for (const auto &row : rows) list.push_back(genreFrom(row, store, false));
   return list;
 }
 
@@ -251,6 +253,11 @@ std::vector<std::string> Catalogue::matchingTerms(const std::string &term, int l
     terms.push_back(row.text("text"));
   }
   return terms;
+}
+
+long long Catalogue::revision() const {
+  const auto rows = db_->query("SELECT revision FROM catalogue_revision");
+  return rows.empty() ? 0 : rows.front().integer("revision");
 }
 
 }  // namespace devstore

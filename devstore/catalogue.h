@@ -25,8 +25,10 @@ public:
   BookPage books(const StoreRecord &store, const BookQuery &query, int page) const;
   std::optional<BookRecord> book(const StoreRecord &store, long long id) const;
 
-  // Top-level genres, each followed by the genres below it; `kind` counts only such books.
+  // Top-level genres, each followed by the genres below it, with their books counted; `kind`
+  // counts only such books.
   std::vector<GenreRecord> genres(const StoreRecord &store, const std::string &kind) const;
+  // Without a count of books, as those below.
   std::optional<GenreRecord> genre(const StoreRecord &store, const std::string &slug) const;
   // The genre of a book and the one above it.
   std::vector<GenreRecord> genresOf(const StoreRecord &store, long long bookId) const;
@@ -45,6 +47,9 @@ public:
 
   // Titles and authors that begin a word with `term`, for the search field.
   std::vector<std::string> matchingTerms(const std::string &term, int limit) const;
+
+  // Grows with every change of the catalogue.
+  long long revision() const;
 
 private:
   const Database *db_;

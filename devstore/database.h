@@ -1,23 +1,25 @@
-// The storefront's SQLite database, shared by the server's threads: every statement runs
-// under one lock, so a transaction is never interleaved with another thread's writes.
+// The storefront's SQLite database, shared by the server's threads: each thread has a
+// connection of its own, in WAL mode, so readers never wait for one another; a transaction
+// holds SQLite's write lock, and other writers wait for it.
 #ifndef DEVSTORE_DATABASE_H
 #define DEVSTORE_DATABASE_H
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "sql_connection.h"
 #include "sql_row.h"
-
-struct sqlite3;
 
 namespace devstore {
 
 class Database {
 public:
   Database() = default;
-  ~Database();
   Database(const Database &) = delete;
   Database &operator=(const Database &) = delete;
 
@@ -31,10 +33,12 @@ public:
   bool transaction(const std::function<bool()> &work);
 
 private:
-  bool exec(const std::string &script, std::string *error);
+  // The calling thread's connection, opened on its first call; null when it cannot be opened.
+  SqlConnection *connection() const;
 
-  sqlite3 *db_ = nullptr;
-  mutable std::recursive_mutex mutex_;
+  std::string path_;
+  mutable std::mutex connections_mutex_;
+  mutable std::map<std::thread::id, std::unique_ptr<SqlConnection>> connections_;
 };
 
 }  // namespace devstore

@@ -1,8 +1,7 @@
 #include "opds_routes.h"
 
-#include <cstdio>
-
 #include "book_files.h"
+#include "entity_tag.h"
 #include "json_text.h"
 #include "url_encoding.h"
 
@@ -11,6 +10,7 @@ namespace devstore {
 namespace {
 
 const char kAtomType[] = "application/atom+xml;charset=utf-8";
+const char kOpenSearchType[] = "application/opensearchdescription+xml";
 const char kAcsmType[] = "application/vnd.adobe.adept+xml";
 const char kStorePattern[] = "/([a-z]{2}_[a-z]{2})/lpress/";
 
@@ -42,14 +42,6 @@ std::optional<FeedParams> feedParams(const httplib::Request &request, const std:
   return params;
 }
 
-std::string fnv1a(const std::string &text) {
-  unsigned long long hash = 1469598103934665603ULL;
-  for (unsigned char c : text) hash = (hash ^ c) * 1099511628211ULL;
-  char out[24];
-  std::snprintf(out, sizeof out, "\"%016llx\"", hash);
-  return out;
-}
-
 std::string contentDisposition(const std::string &name) {
   std::string ascii;
   for (unsigned char c : name) ascii += (c < 0x80 && c != '"' && c != '\\') ? static_cast<char>(c) : '_';
@@ -74,16 +66,31 @@ void OpdsRoutes::install(httplib::Server *server) {
   server->Get("/", [this](const httplib::Request &req, httplib::Response &res) { serveIndex(req, res); });
 }
 
+// Public feeds are the same for everyone until the catalogue changes; a signed-in customer's
+// are written anew for every request, so that they are exact after each purchase or wish.
 void OpdsRoutes::serveFeed(const httplib::Request &request, httplib::Response &response) const {
-  const auto store = catalogue_->store(request.matches[1]);
-  if (!store) return sendError(response, 404, "no such store");
-  const StoreFeeds feeds(catalogue_, *store);
   const std::string name = request.matches[2];
-  if (name == "opensearch.xml") {
-    return sendVersioned(request, response, feeds.openSearchDescription(), "application/opensearchdescription+xml");
+  const char *type = name == "opensearch.xml" ? kOpenSearchType : kAtomType;
+  const auto write = [&] { return feedBody(name, request, response); };
+  if (name == "purchased" || name == "wishlist") {
+    const auto body = write();
+    if (body) sendVersioned(request, response, *body, EntityTag::of(*body), type);
+    return;
   }
-  const auto body = feed(feeds, name, request, response);
-  if (body) sendVersioned(request, response, *body, kAtomType);
+  const auto kept = public_feeds_.find(request.target, write);
+  if (kept) sendVersioned(request, response, kept->body, kept->tag, type);
+}
+
+std::optional<std::string> OpdsRoutes::feedBody(const std::string &name, const httplib::Request &request,
+                                                httplib::Response &response) const {
+  const auto store = catalogue_->store(request.matches[1]);
+  if (!store) {
+    sendError(response, 404, "no such store");
+    return std::nullopt;
+  }
+  const StoreFeeds feeds(catalogue_, *store);
+  if (name == "opensearch.xml") return feeds.openSearchDescription();
+  return feed(feeds, name, request, response);
 }
 
 std::optional<std::string> OpdsRoutes::feed(const StoreFeeds &feeds, const std::string &name,
@@ -182,7 +189,7 @@ void OpdsRoutes::serveCover(const httplib::Request &request, httplib::Response &
   const auto jpeg = id.size() < 18 ? catalogue_->cover(std::stoll(id)) : std::nullopt;
   if (!jpeg) return sendError(response, 404, "no such cover");
   response.set_header("Cache-Control", "max-age=86400");
-  sendVersioned(request, response, *jpeg, "image/jpeg");
+  sendVersioned(request, response, *jpeg, EntityTag::of(*jpeg), "image/jpeg");
 }
 
 void OpdsRoutes::serveIndex(const httplib::Request &request, httplib::Response &response) const {
@@ -196,8 +203,7 @@ void OpdsRoutes::serveIndex(const httplib::Request &request, httplib::Response &
 }
 
 void OpdsRoutes::sendVersioned(const httplib::Request &request, httplib::Response &response, const std::string &body,
-                               const char *type) {
-  const std::string tag = fnv1a(body);
+                               const std::string &tag, const char *type) {
   response.set_header("ETag", tag);
   if (request.get_header_value("If-None-Match") == tag) {
     response.status = 304;

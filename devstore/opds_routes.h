@@ -9,6 +9,7 @@
 #include <string>
 
 #include "catalogue.h"
+#include "feed_cache.h"
 #include "store_feeds.h"
 #include "token_store.h"
 
@@ -22,6 +23,8 @@ public:
 
 private:
   void serveFeed(const httplib::Request &request, httplib::Response &response) const;
+  std::optional<std::string> feedBody(const std::string &name, const httplib::Request &request,
+                                      httplib::Response &response) const;
   std::optional<std::string> feed(const StoreFeeds &feeds, const std::string &name, const httplib::Request &request,
                                   httplib::Response &response) const;
   std::optional<std::string> signedInFeed(const StoreFeeds &feeds, const std::string &name,
@@ -31,14 +34,15 @@ private:
   void serveCover(const httplib::Request &request, httplib::Response &response) const;
   void serveIndex(const httplib::Request &request, httplib::Response &response) const;
 
-  // The answer with an entity tag; a client that already has this version gets 304.
+  // The answer with its entity tag; a client that already has this version gets 304.
   static void sendVersioned(const httplib::Request &request, httplib::Response &response, const std::string &body,
-                            const char *type);
+                            const std::string &tag, const char *type);
   static void sendError(httplib::Response &response, int status, const std::string &message);
   static std::string origin(const httplib::Request &request);
 
   const Catalogue *catalogue_;
   const TokenStore *tokens_;
+  mutable FeedCache public_feeds_{catalogue_};
 };
 
 }  // namespace devstore

@@ -20,6 +20,7 @@ struct GenreRecord {
   std::string name;
   long long parent_id = 0;
   std::string parent_slug;
+  // Only a list of all genres counts them.
   int books = 0;
 };
 

@@ -114,6 +114,67 @@ CREATE TABLE IF NOT EXISTS wishlist (
   PRIMARY KEY (customer_id, book_id)
 );
 
+-- Grows with every change of the catalogue, so that feeds kept in memory know when they are out
+-- of date, whoever made the change.
+CREATE TABLE IF NOT EXISTS catalogue_revision (
+  revision INTEGER NOT NULL
+);
+INSERT INTO catalogue_revision(revision) SELECT 0 WHERE NOT EXISTS (SELECT 1 FROM catalogue_revision);
+CREATE TRIGGER IF NOT EXISTS stores_insert AFTER INSERT ON stores
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS stores_update AFTER UPDATE ON stores
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS stores_delete AFTER DELETE ON stores
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS genres_insert AFTER INSERT ON genres
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS genres_update AFTER UPDATE ON genres
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS genres_delete AFTER DELETE ON genres
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS authors_insert AFTER INSERT ON authors
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS authors_update AFTER UPDATE ON authors
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS authors_delete AFTER DELETE ON authors
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS series_insert AFTER INSERT ON series
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS series_update AFTER UPDATE ON series
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS series_delete AFTER DELETE ON series
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS books_insert AFTER INSERT ON books
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS books_update AFTER UPDATE ON books
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS books_delete AFTER DELETE ON books
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS covers_insert AFTER INSERT ON covers
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS covers_update AFTER UPDATE ON covers
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS covers_delete AFTER DELETE ON covers
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS prices_insert AFTER INSERT ON prices
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS prices_update AFTER UPDATE ON prices
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS prices_delete AFTER DELETE ON prices
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS collections_insert AFTER INSERT ON collections
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS collections_update AFTER UPDATE ON collections
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS collections_delete AFTER DELETE ON collections
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS collection_books_insert AFTER INSERT ON collection_books
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS collection_books_update AFTER UPDATE ON collection_books
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+CREATE TRIGGER IF NOT EXISTS collection_books_delete AFTER DELETE ON collection_books
+  BEGIN UPDATE catalogue_revision SET revision = revision + 1; END;
+
 -- Accounts, carts, orders and payments behind the REST interface. New tables only, so a data
 -- folder from before them opens as it is.
 CREATE TABLE IF NOT EXISTS newsletter (

@@ -1,5 +1,5 @@
 // devstore's parts where a fault would not show through HTTP at once: the seed's sameness,
-// passwords, fault counting, archives and the command line.
+// feeds kept until the catalogue changes, passwords, fault counting, archives and the command line.
 #include <gtest/gtest.h>
 #include <zlib.h>
 
@@ -7,9 +7,13 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
+#include <optional>
+#include <thread>
 
+#include "catalogue.h"
 #include "database.h"
 #include "fault_injector.h"
+#include "feed_cache.h"
 #include "options.h"
 #include "password_hasher.h"
 #include "seeder.h"
@@ -90,6 +94,39 @@ TEST(Seeder, EverySeedIsTheSameCatalogue) {
   const auto first = catalogueOf(root() + "/a");
   EXPECT_EQ(first.size(), static_cast<size_t>(Seeder::kBookCount) * 3);
   EXPECT_EQ(first, catalogueOf(root() + "/b"));
+}
+
+// Changes come from another thread, and so through another connection, as a request's would.
+TEST(FeedCache, KeepsFeedsByPathAndQueryUntilTheCatalogueChanges) {
+  std::filesystem::create_directories(root() + "/kept");
+  Database db;
+  std::string error;
+  ASSERT_TRUE(db.open(root() + "/kept/db.sqlite", &error)) << error;
+  const Catalogue catalogue(&db);
+  FeedCache cache(&catalogue);
+  int written = 0;
+  const auto write = [&]() -> std::optional<std::string> { return "feed " + std::to_string(++written); };
+  const auto change = [&](const std::string &sql) { std::thread([&] { EXPECT_GE(db.run(sql), 0) << sql; }).join(); };
+  const std::string home = "/de_de/lpress/opds/home";
+
+  const auto first = cache.find(home, write);
+  ASSERT_TRUE(first);
+  EXPECT_EQ(cache.find(home, write), first);
+  EXPECT_EQ(cache.find(home + "?page=2", write)->body, "feed 2");
+  change("INSERT INTO customers(email, password_hash, first_name, last_name) VALUES ('a@b.c', 'x', 'A', 'B')");
+  EXPECT_EQ(cache.find(home, write), first) << "customers are no part of the catalogue";
+
+  change("INSERT INTO authors(name) VALUES ('Ann')");
+  const auto second = cache.find(home, write);
+  EXPECT_EQ(second->body, "feed 3");
+  EXPECT_NE(second->tag, first->tag);
+  change("UPDATE authors SET name = 'Anne'");
+  EXPECT_EQ(cache.find(home, write)->body, "feed 4");
+  change("DELETE FROM authors");
+  EXPECT_EQ(cache.find(home + "?page=2", write)->body, "feed 5");
+
+  EXPECT_EQ(cache.find("/none", [] { return std::optional<std::string>(); }), nullptr);
+  EXPECT_EQ(cache.find("/none", write)->body, "feed 6") << "what was not written is not kept";
 }
 
 TEST(PasswordHasher, VerifiesOnlyTheRightPasswordAndSaltsEachHash) {

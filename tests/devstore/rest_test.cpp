@@ -1,8 +1,11 @@
 // What of devstore's REST interface the client's own tests do not reach: the login lock, the
-// payment page, the gateway's refusals, checks of what cannot be sold, the wish list as its
-// feed shows it, and the frame's refusals.
+// payment page, the gateway's refusals, checks of what cannot be sold, the signed-in feeds as
+// each change shows in them, and the frame's refusals.
 #include <gtest/gtest.h>
+#include <httplib.h>
 
+#include <map>
+#include <optional>
 #include <regex>
 #include <set>
 
@@ -57,13 +60,17 @@ protected:
     return answer.body.size() < 2 ? "" : answer.body.substr(1, answer.body.size() - 2);
   }
 
+  static std::set<std::string> idsIn(const std::string &feed) {
+    std::set<std::string> ids;
+    static const std::regex id("<id>(\\d+)</id>");
+    for (std::sregex_iterator i(feed.begin(), feed.end(), id), end; i != end; ++i) ids.insert((*i)[1]);
+    return ids;
+  }
+
   std::set<std::string> feedIds(const std::string &feed) const {
     const auto answer = store_.get(store_.opds() + feed, {"Authorization: Bearer " + token_});
     EXPECT_EQ(answer.status, 200);
-    std::set<std::string> ids;
-    static const std::regex id("<id>(\\d+)</id>");
-    for (std::sregex_iterator i(answer.body.begin(), answer.body.end(), id), end; i != end; ++i) ids.insert((*i)[1]);
-    return ids;
+    return idsIn(answer.body);
   }
 
   HttpAnswer addToCart(const std::string &quote, const std::string &sku) const {
@@ -200,19 +207,46 @@ TEST_F(RestTest, GatewayRefusesCardsThatDoNotCheckOutOrAreDeclined) {
   EXPECT_EQ(post(store_.url("/de_de/lpress/payonline/gateway"), "order=1&key=wrong", "", false).status, 404);
 }
 
-TEST_F(RestTest, WishListChangesShowInTheWishlistFeed) {
+// A client that revalidates its copy of a signed-in feed sees each change of the customer's
+// wishes and books at once, and an unchanged feed as unchanged.
+TEST_F(RestTest, SignedInFeedsAreExactAfterEveryChange) {
+  httplib::Client client("127.0.0.1", store_.port());
+  std::map<std::string, std::string> tags;
+  // The feed's book ids when it changed since it was last asked for; nothing on a 304.
+  const auto changed = [&](const std::string &feed) -> std::optional<std::set<std::string>> {
+    httplib::Headers headers = {{"Authorization", "Bearer " + token_}};
+    if (tags.count(feed)) headers.emplace("If-None-Match", tags[feed]);
+    const auto answer = client.Get(("/de_de/lpress/opds/" + feed).c_str(), headers);
+    EXPECT_TRUE(answer && (answer->status == 200 || answer->status == 304)) << feed;
+    if (!answer || answer->status != 200) return std::nullopt;
+    tags[feed] = answer->get_header_value("ETag");
+    return idsIn(answer->body);
+  };
+  ASSERT_TRUE(changed("wishlist"));
+  ASSERT_TRUE(changed("purchased"));
+  EXPECT_FALSE(changed("wishlist"));
+
   const std::string wish = R"({"access_token": ")" + token_ + R"(", "productId": "91"})";
   EXPECT_EQ(rest("customer-add/wishlist", wish).body, "true");
   EXPECT_EQ(rest("customer-add/wishlist", wish).body, "true") << "wishing twice is no error";
-  EXPECT_EQ(feedIds("wishlist").count(kOtherPaidBook), 1u);
+  auto wishes = changed("wishlist");
+  ASSERT_TRUE(wishes);
+  EXPECT_EQ(wishes->count(kOtherPaidBook), 1u);
+  EXPECT_FALSE(changed("purchased"));
 
   EXPECT_EQ(rest("customer-remove-from/wishlist", R"({"productId": "91", "ids": ["91", "50"]})").body, "true");
-  const auto left = feedIds("wishlist");
-  EXPECT_EQ(left.count(kOtherPaidBook) + left.count("50"), 0u);
-  EXPECT_EQ(left.count("51"), 1u);
-
+  wishes = changed("wishlist");
+  ASSERT_TRUE(wishes);
+  EXPECT_EQ(wishes->count(kOtherPaidBook) + wishes->count("50"), 0u);
+  EXPECT_EQ(wishes->count("51"), 1u);
   EXPECT_EQ(rest("customer-remove-from/wishlist", R"({"productId": "91", "ids": ["51", "50", "999999"]})").status, 404);
-  EXPECT_EQ(feedIds("wishlist").count("51"), 1u) << "nothing of a refused removal happens";
+  EXPECT_FALSE(changed("wishlist")) << "nothing of a refused removal happens";
+
+  cartWith(kFreeBook);
+  EXPECT_EQ(placeOrder("free").status, 200);
+  const auto owned = changed("purchased");
+  ASSERT_TRUE(owned);
+  EXPECT_EQ(owned->count(kFreeBook), 1u);
 }
 
 TEST_F(RestTest, FrameRefusesBadRequestsWithClearAnswers) {

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -119,6 +120,36 @@ TEST_F(DataManagerTest, ListLoadsOnTheWorkersAndArrivesOnlyThroughProcessResults
   EXPECT_EQ(manager.GetList(url("/home")), list) << "one shared list per URL";
   EXPECT_EQ(requests().size(), 1u) << "a loaded list is not fetched again";
   EXPECT_EQ(manager.getCoverUrl(list, 0), url("/covers/book-0.png"));
+}
+
+TEST_F(DataManagerTest, AWaitingResultWakesTheOwnerFromAWorkerAgainAfterEachRun) {
+  DataManager manager(&recorder_);
+  manager.Init();
+  std::mutex mutex;
+  std::condition_variable woken;
+  std::vector<std::thread::id> wakers;
+  manager.SetResultsWaitingHandler([&] {
+    std::lock_guard<std::mutex> lock(mutex);
+    wakers.push_back(std::this_thread::get_id());
+    woken.notify_all();
+  });
+  const auto waitForWake = [&](size_t count) {
+    std::unique_lock<std::mutex> lock(mutex);
+    return woken.wait_for(lock, std::chrono::seconds(10), [&] { return wakers.size() >= count; });
+  };
+
+  manager.GetList(url("/home"));
+  ASSERT_TRUE(waitForWake(1));
+  EXPECT_TRUE(recorder_.lists.empty()) << "the handler only wakes; callbacks wait for ProcessResults";
+  manager.ProcessResults();
+  ASSERT_EQ(recorder_.lists.size(), 1u);
+
+  manager.GetList(url("/page/2"));
+  ASSERT_TRUE(waitForWake(2)) << "a run of the queue arms the next wake-up";
+  manager.ProcessResults();
+  EXPECT_EQ(recorder_.lists.size(), 2u);
+  std::lock_guard<std::mutex> lock(mutex);
+  for (const auto &waker : wakers) EXPECT_NE(waker, std::this_thread::get_id());
 }
 
 TEST_F(DataManagerTest, PagesAppendUntilThereIsNoNextLink) {

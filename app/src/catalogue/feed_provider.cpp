@@ -40,9 +40,19 @@ FeedProvider::FeedProvider() : data_manager_(this), clock_([] { return static_ca
   data_manager_.Init();
   std::string agent = lumenpress::utilities::UserAgentConfig(qVersion(), "73.16").userAgentForHost("");
   data_manager_.SetUserAgent(agent);
+  // Results run as soon as they wait; the 100 ms poll stays as the floor.
+  data_manager_.SetResultsWaitingHandler([this] {
+    QMetaObject::invokeMethod(
+        this, [this] { data_manager_.ProcessResults(); }, Qt::QueuedConnection);
+  });
   poll_timer_.setInterval(100);
   connect(&poll_timer_, &QTimer::timeout, this, [this] { data_manager_.ProcessResults(); });
   poll_timer_.start();
+}
+
+// Workers that finish while the catalogue library shuts down must not post to this object.
+FeedProvider::~FeedProvider() {
+  data_manager_.SetResultsWaitingHandler(nullptr);
 }
 
 std::shared_ptr<FeedProvider::ItemsList> FeedProvider::GetFeed(const std::string &url, int *status) {

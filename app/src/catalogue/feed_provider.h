@@ -23,6 +23,7 @@ public:
   using ItemsList = lumenpress::opds::ItemsList;
 
   static FeedProvider &Instance();
+  ~FeedProvider() override;
 
   lumenpress::opds::DataManager &dataManager() { return data_manager_; }
 

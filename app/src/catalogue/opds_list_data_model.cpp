@@ -2,7 +2,7 @@
 
 #include <QTextDocumentFragment>
 
-#include <cstdio>
+#include <charconv>
 #include <map>
 
 #include "feed_provider.h"
@@ -17,10 +17,11 @@ namespace {
 
 constexpr int kSubmodelRowLimit = 4;
 
+// to_chars: a point whatever locale Qt sets for the process, and far cheaper than printf.
 QString twoDecimals(double value) {
   char text[64];
-  std::snprintf(text, sizeof text, "%.2f", value);
-  return QString::fromLatin1(text);
+  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 2).ptr;
+  return QString::fromLatin1(text, static_cast<int>(end - text));
 }
 
 QString plainText(const std::string &html) {
@@ -111,8 +112,7 @@ QVariant OpdsListDataModel::entryData(const Entry &entry, int row, int role) con
     case AuthorRole:
       return entry.author ? QVariant(QString::fromStdString(entry.author->name)) : QVariant();
     case DescriptionRole:
-      if (!entry.summary.empty()) return plainText(entry.summary);
-      return entry.content ? QVariant(plainText(entry.content->text)) : QVariant();
+      return description(row);
     case AuthorUrlRole:
       return entry.author ? QString::fromStdString(entry.author->uri) : QString();
     case PriceRole:
@@ -128,6 +128,21 @@ QVariant OpdsListDataModel::entryData(const Entry &entry, int row, int role) con
     default:
       return linkData(entry, row, role);
   }
+}
+
+QVariant OpdsListDataModel::description(int row) const {
+  const auto &entry = entries()[row];
+  if (descriptions_.size() <= static_cast<size_t>(row)) descriptions_.resize(entries().size());
+  Description &kept = descriptions_[row];
+  if (kept.entry != entry) {
+    kept.entry = entry;
+    if (!entry->summary.empty()) {
+      kept.text = plainText(entry->summary);
+    } else {
+      kept.text = entry->content ? QVariant(plainText(entry->content->text)) : QVariant();
+    }
+  }
+  return kept.text;
 }
 
 QVariant OpdsListDataModel::linkData(const Entry &entry, int row, int role) const {
@@ -212,6 +227,7 @@ void OpdsListDataModel::setSearchString(QString search_string) {
 
 void OpdsListDataModel::setItemList(std::shared_ptr<ItemsList> l) {
   list_ = std::move(l);
+  descriptions_.clear();
   no_next_page_ = false;
   setLoadFailed(false);
   emit isReloadingChanged();
@@ -243,6 +259,7 @@ void OpdsListDataModel::feedChanged(QString url) {
   LP_LOG(LP_LOG_INFO, "+++++++++++++++++++++++++++++++++++++++ begin reset opds list model -- %d\n\n\n",
          static_cast<int>(list_->loading));
   submodels_.clear();
+  descriptions_.clear();
   if (load_submodels_ && !entries().empty()) {
     loadSubmodels();
   } else if (load_series_submodel_ && !entries().empty()) {

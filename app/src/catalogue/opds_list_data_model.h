@@ -99,6 +99,7 @@ private:
   QString price(const lumenpress::opds::OPDS::Entry &entry, bool withSymbol) const;
   QVariant oldPrice(const lumenpress::opds::OPDS::Entry &entry) const;
   QVariant entryData(const lumenpress::opds::OPDS::Entry &entry, int row, int role) const;
+  QVariant description(int row) const;
   QVariant linkData(const lumenpress::opds::OPDS::Entry &entry, int row, int role) const;
   void loadSubmodels();
   void loadSeriesSubmodel();
@@ -106,7 +107,16 @@ private:
   std::shared_ptr<OpdsListDataModel> makeSubmodel(const std::string &url);
   void setLoadFailed(bool failed);
 
+  // The plain text of a row's description, made from its HTML once per entry. The entry is held
+  // so that a new entry at the same row, or at the same address, is never taken for it.
+  class Description {
+  public:
+    std::shared_ptr<const lumenpress::opds::OPDS::Entry> entry;
+    QVariant text;
+  };
+
   std::shared_ptr<ItemsList> list_;
+  mutable std::vector<Description> descriptions_;
   std::vector<std::shared_ptr<OpdsListDataModel>> submodels_;
   bool load_featured_links_ = false;
   bool load_submodels_ = false;

@@ -35,6 +35,10 @@ void DataManager::ProcessResults() {
   impl_->processResults();
 }
 
+void DataManager::SetResultsWaitingHandler(std::function<void()> handler) {
+  impl_->setResultsWaitingHandler(std::move(handler));
+}
+
 std::shared_ptr<ItemsList> DataManager::GetList(const std::string &url) {
   return impl_->list(url, false);
 }

@@ -61,12 +61,29 @@ void DataManager::Impl::setDownloadFolder(const std::string &folder) {
 
 // Runs only what was queued when called: callbacks that ask for more see it next time.
 void DataManager::Impl::processResults() {
+  // Cleared before the queue is counted, so that a result queued after the count wakes the
+  // owner again. An exchange, not a store: it reads the flag the workers set, and with it every
+  // result queued by a worker that found the flag set and woke nobody.
+  results_waiting_.exchange(false);
   std::shared_ptr<utilities::IRunnable> runnable;
   for (size_t pending = results_.Size(); pending > 0 && results_.TryPop(&runnable); --pending) runnable->Run();
 }
 
+void DataManager::Impl::setResultsWaitingHandler(std::function<void()> handler) {
+  std::lock_guard<std::mutex> lock(waiting_handler_mutex_);
+  waiting_handler_ = std::move(handler);
+}
+
 void DataManager::Impl::post(std::function<void()> function) {
   results_.Push(std::make_shared<FunctionRunnable>(std::move(function)));
+  if (!results_waiting_.exchange(true)) wakeOwner();
+}
+
+// Called under the lock, so that once the handler is replaced no call of the old one is
+// still running.
+void DataManager::Impl::wakeOwner() {
+  std::lock_guard<std::mutex> lock(waiting_handler_mutex_);
+  if (waiting_handler_) waiting_handler_();
 }
 
 void DataManager::Impl::startLoad(const std::shared_ptr<ItemsList> &list, const std::string &url, Mode mode) {

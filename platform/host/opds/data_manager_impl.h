@@ -3,6 +3,8 @@
 #ifndef LUMENPRESS_HOST_OPDS_DATA_MANAGER_IMPL_H
 #define LUMENPRESS_HOST_OPDS_DATA_MANAGER_IMPL_H
 
+#include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -26,6 +28,7 @@ public:
   void init();
   void setUserAgent(const std::string &user_agent);
   void processResults();
+  void setResultsWaitingHandler(std::function<void()> handler);
 
   std::shared_ptr<ItemsList> list(const std::string &url, bool force);
   std::shared_ptr<ItemsList> cachedList(const std::string &url);
@@ -50,6 +53,7 @@ private:
   };
 
   void post(std::function<void()> function);
+  void wakeOwner();
   void startLoad(const std::shared_ptr<ItemsList> &list, const std::string &url, Mode mode);
   void apply(const std::shared_ptr<ItemsList> &list, const FeedLoader::Result &result, Mode mode);
   bool progress(const std::shared_ptr<OPDS::Entry> &entry, int percent);
@@ -62,6 +66,10 @@ private:
   FeedLoader loader_{credentials_, cache_};
   BookDownloader downloader_{credentials_};
   utilities::MessageQueue<std::shared_ptr<utilities::IRunnable>> results_;
+  // Set by the first result after a ProcessResults(): one wake-up serves all that follow it.
+  std::atomic<bool> results_waiting_{false};
+  std::mutex waiting_handler_mutex_;
+  std::function<void()> waiting_handler_;
   std::map<std::string, std::shared_ptr<ItemsList>> lists_;
   std::map<std::string, std::shared_ptr<OPDS::Entry>> downloaded_entries_;
   DownloadInfo last_download_;

@@ -3,6 +3,7 @@
 #ifndef LUMENPRESS_OPDS_DATA_MANAGER_H
 #define LUMENPRESS_OPDS_DATA_MANAGER_H
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -23,6 +24,10 @@ public:
   void SetUserAgent(std::string &user_agent);
   // Runs the queued results and callbacks on the calling thread.
   void ProcessResults();
+  // Our own addition: called on a worker thread when the first result after a ProcessResults()
+  // is queued, so that the owner can run ProcessResults() at once instead of at its next poll.
+  // The handler must only schedule that call, never make it; an empty function turns it off.
+  void SetResultsWaitingHandler(std::function<void()> handler);
 
   std::shared_ptr<ItemsList> GetList(const std::string &url);
   std::shared_ptr<ItemsList> GetListEx(const std::string &url, bool force);

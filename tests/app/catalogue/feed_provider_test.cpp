@@ -1,8 +1,10 @@
-// FeedProvider: the 401 rule, search templates, and what a finished download turns out to be.
+// FeedProvider: results run as they arrive, the 401 rule, search templates, and what a finished
+// download turns out to be.
 #include "feed_provider.h"
 
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <QCoreApplication>
 #include <QSignalSpy>
 
 #include <chrono>
@@ -111,10 +113,13 @@ TEST(FeedProvider, ErrorDocumentsOfAnyShapeGiveTheirCodeOrMinusOne) {
   }
 }
 
-// A store that answers downloads in the ways a real one can go wrong.
-class DownloadTest : public ::testing::Test {
+// A store that answers a feed, and downloads in the ways a real one can go wrong.
+class LocalStoreTest : public ::testing::Test {
 protected:
   void SetUp() override {
+    server_.Get("/feed", [](const httplib::Request &, httplib::Response &res) {
+      res.set_content("<feed xmlns=\"http://www.w3.org/2005/Atom\"><title>Feed</title></feed>", "application/atom+xml");
+    });
     server_.Get("/book.fb2.zip", [](const httplib::Request &, httplib::Response &res) {
       res.set_header("Content-Disposition", "attachment; filename=\"book.epub\"");
       res.set_content("PK epub", "application/epub+zip");
@@ -150,7 +155,7 @@ protected:
     entry->id = "book-" + path;
     entry->title = "Title";
     entry->links.push_back(link(Link::kOpenAccess, "application/epub+zip", path));
-    auto list = std::make_shared<ItemsList>("http://127.0.0.1:" + std::to_string(port_) + "/feed");
+    auto list = std::make_shared<ItemsList>(url("/feed"));
     FeedProvider &provider = FeedProvider::Instance();
     QSignalSpy loaded(&provider, &FeedProvider::bookDownloaded);
     QSignalSpy failed(&provider, &FeedProvider::bookDownloadFailed);
@@ -159,6 +164,8 @@ protected:
     EXPECT_TRUE(expected.wait(10000)) << path;
     return expected.isEmpty() ? QList<QVariant>() : expected.takeFirst();
   }
+
+  std::string url(const std::string &path) const { return "http://127.0.0.1:" + std::to_string(port_) + path; }
 
   static bool exists(const QString &file) {
     return std::filesystem::exists(lumenpress::platform::MapDevicePath(file.toStdString()));
@@ -169,7 +176,22 @@ protected:
   std::thread thread_;
 };
 
-TEST_F(DownloadTest, ADispositionNameRenamesTheWholeZipExtension) {
+TEST_F(LocalStoreTest, AWaitingResultIsRunWithoutWaitingForThePoll) {
+  FeedProvider &provider = FeedProvider::Instance();
+  QSignalSpy changed(&provider, &FeedProvider::feedStatusChanged);
+  int status = 0;
+  provider.GetFeed(url("/feed"), &status);
+  // Only posted events are delivered here, never the poll timer's.
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (changed.isEmpty() && std::chrono::steady_clock::now() < deadline) {
+    QCoreApplication::sendPostedEvents();
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  ASSERT_EQ(changed.count(), 1);
+  EXPECT_EQ(provider.GetFeed(url("/feed"), &status)->getTitle(), "Feed");
+}
+
+TEST_F(LocalStoreTest, ADispositionNameRenamesTheWholeZipExtension) {
   const auto loaded = download("/book.fb2.zip", true);
   ASSERT_EQ(loaded.size(), 4);
   EXPECT_TRUE(loaded[0].toString().endsWith("/book.epub")) << loaded[0].toString().toStdString();
@@ -178,7 +200,7 @@ TEST_F(DownloadTest, ADispositionNameRenamesTheWholeZipExtension) {
   EXPECT_EQ(loaded[3].toString(), "");
 }
 
-TEST_F(DownloadTest, AnErrorDocumentOrAWebPageIsNoBookAndIsDeleted) {
+TEST_F(LocalStoreTest, AnErrorDocumentOrAWebPageIsNoBookAndIsDeleted) {
   for (const auto &[path, status] : {std::pair<std::string, int>{"/error.epub", 403}, {"/page.epub", 0}}) {
     const auto failed = download(path, false);
     ASSERT_EQ(failed.size(), 4) << path;
@@ -188,7 +210,7 @@ TEST_F(DownloadTest, AnErrorDocumentOrAWebPageIsNoBookAndIsDeleted) {
   }
 }
 
-TEST_F(DownloadTest, ACutConnectionReportsTheTransferError) {
+TEST_F(LocalStoreTest, ACutConnectionReportsTheTransferError) {
   const auto failed = download("/cut.epub", false);
   ASSERT_EQ(failed.size(), 4);
   EXPECT_NE(failed[2].toInt(), 0);

@@ -176,4 +176,24 @@ TEST(CatalogueModelPrices, FreeBelowOneCentAndSymbolsFromTheTable) {
   EXPECT_EQ(model.getListType(), "eBook");
 }
 
+// Descriptions are kept per row; a filter puts other entries at the rows without a reset.
+TEST(CatalogueModelTexts, ADescriptionIsThePlainTextOfTheEntryNowAtItsRow) {
+  auto summary = pricedEntry("1", "0", "EUR");
+  summary->summary = "<p>A <b>bold</b> tale</p>";
+  auto content = pricedEntry("2", "0", "EUR");
+  content->content = std::make_shared<lumenpress::opds::OPDS::Content>();
+  content->content->text = "Only &amp; content";
+  const auto list = loadedList("http://127.0.0.1:1/texts", {summary, content, pricedEntry("3", "0", "EUR")});
+  OpdsListDataModel model;
+  model.setItemList(list);
+  const auto description = [&](int row) { return role(model, row, OpdsListDataModel::DescriptionRole); };
+  EXPECT_EQ(description(0).toString(), "A bold tale");
+  EXPECT_EQ(description(1).toString(), "Only & content");
+  EXPECT_FALSE(description(2).isValid());
+
+  list->filter = "only";
+  list->filtered_entries = {content};
+  EXPECT_EQ(description(0).toString(), "Only & content");
+}
+
 }  // namespace
