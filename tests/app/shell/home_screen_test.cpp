@@ -13,28 +13,17 @@
 #include <set>
 
 #include "device_path.h"
-#include "devstore_process.h"
 #include "event_wait.h"
 #include "message_handler.h"
 #include "panelkit.h"
-#include "store_manager.h"
+#include "store_window.h"
 
 using lumenpress::testing::DevstoreProcess;
+using lumenpress::testing::StoreWindow;
+using lumenpress::testing::tap;
 using lumenpress::testing::waitUntil;
 
 namespace {
-
-// Delegates hang in the tree of visual items, not always in the tree of objects.
-void collect(QQuickItem *item, const QString &name, QList<QQuickItem *> *found) {
-  if (item->objectName() == name && item->isVisible()) *found << item;
-  for (QQuickItem *child : item->childItems()) collect(child, name, found);
-}
-
-QList<QQuickItem *> items(QQuickItem *root, const char *name) {
-  QList<QQuickItem *> found;
-  collect(root, QString::fromLatin1(name), &found);
-  return found;
-}
 
 // The mean colour of the middle of a picture, where a cover shows its own colour.
 QColor middleColour(const QImage &image, const QRect &area) {
@@ -53,12 +42,6 @@ QColor middleColour(const QImage &image, const QRect &area) {
   return count ? QColor(red / count, green / count, blue / count) : QColor();
 }
 
-QStringList texts(QQuickItem *root, const char *name) {
-  QStringList found;
-  for (QQuickItem *item : items(root, name)) found << item->property("text").toString();
-  return found;
-}
-
 std::string logText() {
   std::ifstream in(std::string(std::getenv("LUMENPRESS_DEVICE_ROOT")) + "/host/kiosk-2.log");
   return std::string(std::istreambuf_iterator<char>(in), {});
@@ -67,23 +50,18 @@ std::string logText() {
 TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
   DevstoreProcess store;
   ASSERT_TRUE(store.running());
-  lpconfig *config = OpenConfig("/mnt/ext1/system/config/bookstore.cfg", 1);
-  WriteString(config, "default_store", store.url("/de_de/").c_str());
-  ASSERT_EQ(CloseConfig(config), 0);
-
-  StoreManager manager;
-  ASSERT_EQ(manager.Init(0, nullptr), 0);
-  auto *window = qobject_cast<QQuickWindow *>(QGuiApplication::topLevelWindows().value(0));
-  ASSERT_NE(window, nullptr);
+  StoreWindow program(store);
+  ASSERT_TRUE(program.started());
+  QQuickWindow *window = program.window();
   ASSERT_TRUE(waitUntil([&] {
-    const QStringList books = texts(window->contentItem(), "bookTitle");
-    return texts(window->contentItem(), "rowTitle").size() >= 2 && books.size() >= 8 && !books.contains("");
-  })) << texts(window->contentItem(), "rowTitle").join("|").toStdString()
-      << " / " << texts(window->contentItem(), "bookTitle").join("|").toStdString();
-  const QStringList rows = texts(window->contentItem(), "rowTitle");
+    const QStringList books = program.texts("bookTitle");
+    return program.texts("rowTitle").size() >= 2 && books.size() >= 8 && !books.contains("");
+  })) << program.texts("rowTitle").join("|").toStdString()
+      << " / " << program.texts("bookTitle").join("|").toStdString();
+  const QStringList rows = program.texts("rowTitle");
   EXPECT_EQ(rows.value(0), "Buch der Woche");
   EXPECT_EQ(rows.value(1), "Beliebt");
-  for (const QString &price : texts(window->contentItem(), "bookPrice")) {
+  for (const QString &price : program.texts("bookPrice")) {
     EXPECT_TRUE(price.endsWith(QStringLiteral(" €")) || price == "Kostenlos" || price == "Free") << price.toStdString();
   }
 
@@ -101,7 +79,7 @@ TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
   // the middle of what the window shows has the grey of the middle of the picture the store
   // serves at the cover's address.
   ASSERT_TRUE(waitUntil([&] {
-    const auto covers = items(window->contentItem(), "cover");
+    const auto covers = program.shown("cover");
     return covers.size() >= 8 &&
            std::all_of(covers.begin(), covers.end(), [](QQuickItem *c) { return c->property("status").toInt() == 1; });
   }));
@@ -113,7 +91,7 @@ TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
   const QImage painted = window->screen()->grabWindow(window->winId()).toImage();
   int compared = 0;
   const QString provider = QStringLiteral("image://url_image/");
-  for (QQuickItem *cover : items(window->contentItem(), "cover")) {
+  for (QQuickItem *cover : program.shown("cover")) {
     const QRect area = cover->mapRectToScene(QRectF(0, 0, cover->width(), cover->height())).toRect();
     if (!painted.rect().contains(area)) continue;
     const QString source = cover->property("source").toString();
@@ -139,14 +117,14 @@ TEST(HomeScreen, ShowsTheStoresRowsWithTheirBooks) {
       << "the book of the splash";
 
   // Scrolled to its end, the page asks for the next page of rows and shows them.
-  QQuickItem *homeRows = items(window->contentItem(), "homeRows").value(0);
+  QQuickItem *homeRows = program.item("homeRows");
   ASSERT_NE(homeRows, nullptr);
   const int firstPage = homeRows->property("count").toInt();
   QMetaObject::invokeMethod(homeRows, "positionViewAtEnd");
   ASSERT_TRUE(waitUntil([&] { return homeRows->property("count").toInt() > firstPage; }));
   QMetaObject::invokeMethod(homeRows, "positionViewAtEnd");
-  ASSERT_TRUE(waitUntil([&] { return texts(window->contentItem(), "rowTitle").contains("Fantasy"); }))
-      << texts(window->contentItem(), "rowTitle").join("|").toStdString();
+  ASSERT_TRUE(waitUntil([&] { return program.texts("rowTitle").contains("Fantasy"); }))
+      << program.texts("rowTitle").join("|").toStdString();
 
   std::set<std::string> targets;
   for (const auto &request : store.requests()) targets.insert(request["target"].asString());
@@ -163,24 +141,16 @@ TEST(HomeScreen, AStoreThatDoesNotAnswerIsSaidSoWithAWayToTryAgain) {
   fault["path"] = "/de_de/lpress/opds/home";
   fault["drop"] = true;
   ASSERT_TRUE(store.addFault(fault));
-  lpconfig *config = OpenConfig("/mnt/ext1/system/config/bookstore.cfg", 1);
-  WriteString(config, "default_store", store.url("/de_de/").c_str());
-  ASSERT_EQ(CloseConfig(config), 0);
+  StoreWindow program(store);
+  ASSERT_TRUE(program.started());
+  ASSERT_TRUE(waitUntil([&] { return program.texts("emptyTitle").value(0) != ""; }));
+  EXPECT_EQ(program.texts("emptyTitle").value(0), "The store cannot be reached");
+  EXPECT_TRUE(program.texts("rowTitle").isEmpty());
 
-  StoreManager manager;
-  ASSERT_EQ(manager.Init(0, nullptr), 0);
-  auto *window = qobject_cast<QQuickWindow *>(QGuiApplication::topLevelWindows().value(0));
-  ASSERT_NE(window, nullptr);
-  ASSERT_TRUE(waitUntil([&] { return texts(window->contentItem(), "emptyTitle").value(0) != ""; }));
-  EXPECT_EQ(texts(window->contentItem(), "emptyTitle").value(0), "The store cannot be reached");
-  EXPECT_TRUE(texts(window->contentItem(), "rowTitle").isEmpty());
-
-  QQuickItem *retry = items(window->contentItem(), "emptyRetry").value(0);
-  ASSERT_NE(retry, nullptr);
-  const QPointF centre = retry->mapToScene(QPointF(retry->width() / 2, retry->height() / 2));
-  QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
-  EXPECT_TRUE(waitUntil([&] { return texts(window->contentItem(), "rowTitle").size() >= 2; }));
-  EXPECT_TRUE(texts(window->contentItem(), "emptyTitle").isEmpty());
+  ASSERT_NE(program.item("emptyRetry"), nullptr);
+  tap(program.item("emptyRetry"));
+  EXPECT_TRUE(waitUntil([&] { return program.texts("rowTitle").size() >= 2; }));
+  EXPECT_TRUE(program.texts("emptyTitle").isEmpty());
 }
 
 TEST(MessageHandler, QtLevelsMapOntoTheDevicesLevels) {

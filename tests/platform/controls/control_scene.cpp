@@ -3,28 +3,11 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QScreen>
-#include <QTest>
 
 #include "event_wait.h"
+#include "quick_items.h"
 
 namespace lumenpress::testing {
-
-namespace {
-
-QQuickItem *findItem(QQuickItem *item, const QString &name) {
-  if (item->objectName() == name) return item;
-  for (QQuickItem *child : item->childItems()) {
-    if (QQuickItem *found = findItem(child, name)) return found;
-  }
-  return nullptr;
-}
-
-void collect(QQuickItem *item, const QString &name, QList<QQuickItem *> *found) {
-  if (item->objectName() == name) *found << item;
-  for (QQuickItem *child : item->childItems()) collect(child, name, found);
-}
-
-}  // namespace
 
 ControlScene::ControlScene(const QString &body) {
   view_.resize(758, 1024);
@@ -48,18 +31,15 @@ ControlScene::ControlScene(const QString &body) {
 }
 
 QQuickItem *ControlScene::item(const QString &objectName) const {
-  return root_ ? findItem(root_, objectName) : nullptr;
+  return findItem(root_, objectName);
 }
 
 QList<QQuickItem *> ControlScene::items(const QString &objectName) const {
-  QList<QQuickItem *> found;
-  if (root_) collect(root_, objectName, &found);
-  return found;
+  return findItems(root_, objectName);
 }
 
 void ControlScene::tap(QQuickItem *item) {
-  const QPoint centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
-  QTest::mouseClick(&view_, Qt::LeftButton, Qt::NoModifier, centre);
+  lumenpress::testing::tap(item);
 }
 
 QImage ControlScene::grab() {
