@@ -17,6 +17,7 @@
 #include "options.h"
 #include "password_hasher.h"
 #include "seeder.h"
+#include "sql_connection.h"
 #include "zip_writer.h"
 
 using namespace devstore;
@@ -94,6 +95,52 @@ TEST(Seeder, EverySeedIsTheSameCatalogue) {
   const auto first = catalogueOf(root() + "/a");
   EXPECT_EQ(first.size(), static_cast<size_t>(Seeder::kBookCount) * 3);
   EXPECT_EQ(first, catalogueOf(root() + "/b"));
+}
+
+long long schemaVersion(const std::string &path) {
+  SqlConnection db;
+  std::string error;
+  EXPECT_TRUE(db.open(path, &error)) << error;
+  return db.query("PRAGMA user_version;", {}).front().integer("user_version");
+}
+
+// A folder from before the numbered steps: some tables, a customer in them, and no version.
+TEST(Database, BringsAnOlderFolderUpToDateAndRefusesANewerOne) {
+  std::filesystem::create_directories(root() + "/old");
+  const std::string path = root() + "/old/db.sqlite";
+  std::string error;
+  {
+    SqlConnection old;
+    ASSERT_TRUE(old.open(path, &error)) << error;
+    ASSERT_TRUE(
+        old.exec("CREATE TABLE customers (id INTEGER PRIMARY KEY, email TEXT NOT NULL UNIQUE COLLATE NOCASE,"
+                 " password_hash TEXT NOT NULL, first_name TEXT NOT NULL, last_name TEXT NOT NULL);"
+                 "INSERT INTO customers(email, password_hash, first_name, last_name)"
+                 " VALUES ('old@example.com', 'x', 'O', 'Ld');",
+                 &error))
+        << error;
+  }
+  {
+    Database db;
+    ASSERT_TRUE(db.open(path, &error)) << error;
+    EXPECT_EQ(db.query("SELECT email FROM customers").front().text("email"), "old@example.com");
+    EXPECT_EQ(db.query("SELECT name FROM sqlite_master WHERE name IN ('books', 'quotes', 'cards')").size(), 3u)
+        << "the later steps' tables exist";
+  }
+  const long long latest = schemaVersion(path);
+  EXPECT_GE(latest, 2);
+  Database again;
+  ASSERT_TRUE(again.open(path, &error)) << "a second start finds nothing to do: " << error;
+  EXPECT_EQ(schemaVersion(path), latest);
+
+  {
+    SqlConnection newer;
+    ASSERT_TRUE(newer.open(path, &error));
+    ASSERT_TRUE(newer.exec("PRAGMA user_version = " + std::to_string(latest + 1) + ";", &error));
+  }
+  Database refused;
+  EXPECT_FALSE(refused.open(path, &error));
+  EXPECT_NE(error.find("newer devstore"), std::string::npos) << error;
 }
 
 // Changes come from another thread, and so through another connection, as a request's would.

@@ -23,7 +23,8 @@ public:
   Database(const Database &) = delete;
   Database &operator=(const Database &) = delete;
 
-  // Opens or creates the file and brings its schema up to date.
+  // Opens or creates the file and applies the schema's steps it has not seen yet. Refuses a file
+  // made by a newer devstore rather than work on tables it does not know.
   bool open(const std::string &path, std::string *error);
 
   std::vector<SqlRow> query(const std::string &sql, const std::vector<SqlValue> &params = {}) const;
@@ -33,6 +34,7 @@ public:
   bool transaction(const std::function<bool()> &work);
 
 private:
+  static bool migrate(SqlConnection *db, std::string *error);
   // The calling thread's connection, opened on its first call; null when it cannot be opened.
   SqlConnection *connection() const;
 
