@@ -13,6 +13,12 @@ Item {
         width: parent.width
         height: Math.round(64 * LPcontrols2.Global.dp)
         title: qsTr("@$UniversalStore")
+
+        UserLoginIcon {
+            objectName: "userLoginIcon"
+            height: parent.height
+            width: height
+        }
     }
 
     ElementsList {

@@ -4,6 +4,7 @@ import QtQml 2.15
 import com.lumenpress.controls 2.0 as LPcontrols2
 import com.lumenpress.controls 2.1 as LPControls2
 import com.lumenpress.bookstore 1.0
+import qml.bookstore 1.0
 
 // The store's one window. Every view is a loader made at once; a view loads its file when it is
 // first shown, and every change of view goes through the functions of root.
@@ -20,6 +21,29 @@ Window {
         for (const view of [login_view, home, credit_card_view, detail_view, acquisition_view, grid_view,
                             search_view, category_tree_view, popular_genres_view, wishlist_view, purchased_view])
             view.visible = false
+    }
+
+    function openLoginView() {
+        hideAll()
+        if (login_view.source.toString() === "")
+            login_view.source = "login/LoginMain.qml"
+        login_view.visible = true
+    }
+
+    function closeLoginView() {
+        hideAll()
+        login_view.source = ""
+        home.visible = true
+    }
+
+    function openCustomPopUp() {
+        context_menu.sourceComponent = user_menu
+    }
+
+    // Another store on another host would not know the signed-in account.
+    function askAutoLogout(store_index) {
+        auto_logout_confirmation_dialog.store_index = store_index
+        auto_logout_confirmation_dialog.sourceComponent = auto_logout_dialog
     }
 
     LPcontrols2.LoaderNoSleep {
@@ -105,10 +129,34 @@ Window {
         objectName: "context_menu"
         anchors.fill: parent
     }
+    Component {
+        id: user_menu
+        CustomPopUpMenu {
+            onClosed: context_menu.sourceComponent = undefined
+        }
+    }
     LPcontrols2.LoaderNoSleep {
         id: auto_logout_confirmation_dialog
         objectName: "auto_logout_confirmation_dialog"
+        property int store_index: -1
         anchors.fill: parent
+    }
+    Component {
+        id: auto_logout_dialog
+        LPcontrols2.ConfirmationDialog {
+            objectName: "auto_logout_dialog"
+            title: qsTr("@LogOut")
+            text: qsTr("@AutoLogout")
+            acceptText: qsTr("@Logout")
+            rejectText: qsTr("@Cancel")
+            visible: true
+            onAccepted: {
+                const index = auto_logout_confirmation_dialog.store_index
+                auto_logout_confirmation_dialog.sourceComponent = undefined
+                StoresModel.setModelToIndex(index)
+            }
+            onRejected: auto_logout_confirmation_dialog.sourceComponent = undefined
+        }
     }
     LPcontrols2.LoaderNoSleep {
         id: pop_up_login
@@ -241,6 +289,16 @@ Window {
     }
 
     Connections {
+        target: StoresModel
+        function onStoresChanged(store_url) {
+            if (login_view.visible)
+                return
+            root.hideAll()
+            home.visible = true
+        }
+    }
+
+    Connections {
         target: DownloadingMessenger
         function onMessageAdded() {
             DownloadingMessenger.getMessage()
@@ -255,5 +313,7 @@ Window {
             StoreManager.loadHomeModels()
         StoreManager.allowRedraw()
         home.source = "Home.qml"
+        if (UserData.runMode === BookStatus.kLoginMode || UserData.runMode === BookStatus.kRegisterMode)
+            openLoginView()
     }
 }

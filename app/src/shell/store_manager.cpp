@@ -3,12 +3,17 @@
 #include <QQmlContext>
 #include <QTimer>
 #include <QUrl>
+#include <QtConcurrent>
 #include <QtQml>
+
+#include <unistd.h>
 
 #include <cstdio>
 
 #include "async_cover_provider.h"
 #include "cached_network_access_manager_factory.h"
+#include "cfg_wrapper.h"
+#include "device_path.h"
 #include "dotted_rectangle.h"
 #include "eink_interface.h"
 #include "feed_provider.h"
@@ -20,7 +25,13 @@
 
 namespace {
 
+using lumenpress::utilities::CfgWrapper;
+
 constexpr char kBookstoreConfig[] = "/mnt/ext1/system/config/bookstore.cfg";
+constexpr char kDesktopConfig[] = "/mnt/ext1/system/config/desktop_data.cfg";
+constexpr char kHomeTiles[] = "/coreapp/bin/refresh_home_tiles.app";
+// The language of the store list's request, whatever the device speaks.
+constexpr char kStoresListLanguage[] = "en_DE";
 
 double secondsSince(const timespec &start) {
   timespec now{};
@@ -62,8 +73,26 @@ lumenpress::utilities::EinkPlatform *panel() {
 }  // namespace
 
 // The screens are compiled into this library; a static library's resources need registering.
-StoreManager::StoreManager(QObject *parent) : QObject(parent), download_messenger_(new MessageMeneger(this)) {
+StoreManager::StoreManager(QObject *parent)
+    : QObject(parent), download_messenger_(new MessageMeneger(this)), user_data_(UserData::instance()) {
   Q_INIT_RESOURCE(qml);
+  connectModels();
+}
+
+void StoreManager::connectModels() {
+  connect(&FeedProvider::Instance(), &FeedProvider::feedStatusChanged, this, &StoreManager::handleFeedStatusChanged,
+          Qt::QueuedConnection);
+  connect(&stores_, &StoresModel::storesChanged, this, &StoreManager::handleStoresChanged);
+  connect(&stores_, &StoresModel::storeLangCodeChanged, this, &StoreManager::handleStoreLangCodeChanged);
+  connect(&language_, &LanguageModel::preferablyLanguageChanged, this, &StoreManager::handelPreferedLanguageChanged);
+  connect(&stores_watcher_, &QFutureWatcherBase::finished, this, &StoreManager::handleFinished);
+  connect(user_data_, &UserData::loginFinished, this, &StoreManager::handleLoginFinished);
+  connect(user_data_, &UserData::forceLogOut, this, &StoreManager::handleForceLogOut);
+  connect(&FeedProvider::Instance(), &FeedProvider::needToRefreshToken, user_data_,
+          &UserData::handleNeedToRefreshToken);
+  connect(&stores_, &StoresModel::storesLoaded, &user_menu_, &UserMenuModel::handleStoreLoaded);
+  connect(&language_, &LanguageModel::languageLoaded, &user_menu_, &UserMenuModel::handleLanguageLoaded);
+  connect(&root_model_, &OpdsListDataModel::isListLoadingChanged, this, &StoreManager::handleRootListLoaded);
 }
 
 void StoreManager::setStartView(StartView::EnStartView startView) {
@@ -73,15 +102,24 @@ void StoreManager::setStartView(StartView::EnStartView startView) {
 }
 
 QString StoreManager::opdsBaseUrl() {
-  return QString::fromStdString(store_url_ + "lpress/opds/");
+  const std::string &suffix = language_.storeSuffix();
+  std::string url = stores_.currentUrl();
+  if (!suffix.empty() && url.size() >= suffix.size()) url.replace(url.size() - suffix.size(), suffix.size(), suffix);
+  return QString::fromStdString(url + "lpress/opds/");
 }
 
 int StoreManager::Init(int, char **) {
   QTimer::singleShot(30000, Qt::CoarseTimer, startParameterUpdater);
   const timespec start = stopwatch();
   catalogue().setDiskCache("/mnt/ext1/system/cache/bookstore_feeds_cache", "bookstore_feeds_cache");
-  drawSplash();
+  const UserData::StoreRunMode mode = user_data_->runMode();
+  if (mode == UserData::kRunStoreMode || mode == UserData::kSearchMode) drawSplash();
+  connect(user_data_, &UserData::accessTokenChangedMainThread, this, &StoreManager::handleAccessTokenChanged);
   readStoreSettings();
+  const std::string token = user_data_->getAccessToken();
+  if (!token.empty()) catalogue().AddBearerCredentials(opdsBaseUrl().toStdString(), token);
+  updateModelsUrl(true);
+  getStoresList();
   publishToScreens();
   std::fprintf(stderr, "\n\n\n\n+++++++++++++++ All the STAFF takes %6.6f\n\n\n\n", secondsSince(start));
   requireHQUpdate();
@@ -92,36 +130,186 @@ int StoreManager::Init(int, char **) {
   return 0;
 }
 
+// The store and content language chosen last; an empty store puts the built-in one in force.
 void StoreManager::readStoreSettings() {
-  lpconfig *config = OpenConfig(kBookstoreConfig, 0);
-  std::string folder = ReadString(config, "download_folder", "/mnt/ext1/Downloads");
-  catalogue().SetFileDownloadFolder(folder);
-  store_url_ = ReadString(config, "default_store", "");
-  CloseConfigNoSave(config);
-  if (store_url_.empty()) store_url_ = LP_DEFAULT_STORE_URL;
+  const CfgWrapper config(kBookstoreConfig, 0);
+  catalogue().SetFileDownloadFolder(config.read<std::string>("download_folder", "/mnt/ext1/Downloads"));
+  const std::string store = config.read<std::string>("default_store", "");
+  const std::string content = config.read<std::string>("default_content", "");
+  stores_.setFallbackUrl(LP_DEFAULT_STORE_URL);
+  language_.setContent(content);
+  stores_.setCurrentUrl(store);
 }
 
 void StoreManager::publishToScreens() {
   qmlRegisterUncreatableType<StartView>("com.lumenpress.bookstore", 1, 0, "StartView", QString());
   QQmlContext *context = engine_.rootContext();
+  context->setContextProperty("StoresModel", &stores_);
+  context->setContextProperty("LanguageModel", &language_);
   acquisition_model_.setLoadSubmodels(false);
-  engine_.setNetworkAccessManagerFactory(new CachedNetworkAccessManagerFactory(this));
   context->setContextProperty("AudioModel", &audio_model_);
+  engine_.setNetworkAccessManagerFactory(new CachedNetworkAccessManagerFactory(this));
   context->setContextProperty("RootListModel", &root_model_);
   context->setContextProperty("AcquisitionListModel", &acquisition_model_);
   context->setContextProperty("DownloadingMessenger", download_messenger_);
   context->setContextProperty("StoreManager", this);
+  context->setContextProperty("UserMenu", &user_menu_);
+  const auto user = [](QQmlEngine *, QJSEngine *) -> QObject * {
+    QQmlEngine::setObjectOwnership(UserData::instance(), QQmlEngine::CppOwnership);
+    return UserData::instance();
+  };
+  qmlRegisterSingletonType<UserData>("qml.bookstore", 1, 0, "BookStatus", user);
+  qmlRegisterSingletonType<UserData>("qml.bookstore", 1, 0, "PaymentError", user);
+  qmlRegisterType<UserMenuModel>("qml.bookstore", 1, 0, "MenuElementType");
   qmlRegisterType<DottedRectangle>("qml.bookstore", 1, 0, "DottedRectangle");
   engine_.addImageProvider(QStringLiteral("url_image"), new AsyncCoverProvider);
   qmlRegisterSingletonType(QUrl(QStringLiteral("qrc:/qml/BookstoreConstants.qml")), "com.lumenpress.bookstore", 1, 0,
                            "BookstoreConstants");
+  context->setContextProperty("UserData", user_data_);
 }
 
+// Whenever the store or the language changes.
+void StoreManager::updateModelsUrl(bool update_api) {
+  const QString base = opdsBaseUrl();
+  const QString content = QString::fromStdString(language_.content());
+  root_model_.setModelToUrl(base + "home" + content);
+  if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio" + content);
+  language_.setModelToUrl(base + "home" + content);
+  if (!update_api) return;
+  const std::string api = apiBaseUrl();
+  LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL %s", api.c_str());
+  user_data_->setApiBaseUrl(api);
+}
+
+// The lighter form the screens call at start.
 void StoreManager::loadHomeModels() {
   const QString base = opdsBaseUrl();
-  root_model_.setModelToUrl(base + "home");
-  if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio");
-  LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL [%s]", store_url_.c_str());
+  const QString content = QString::fromStdString(language_.content());
+  root_model_.setModelToUrl(base + "home" + content);
+  if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio" + content);
+  language_.setModelToUrl(base + "home" + content);
+  const std::string api = apiBaseUrl();
+  LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL [%s]", api.c_str());
+  user_data_->setApiBaseUrl(api);
+}
+
+// A disabled store is not asked: the built-in one answers for it.
+std::string StoreManager::apiBaseUrl() const {
+  return stores_.isDisabled() ? std::string(LP_DEFAULT_STORE_URL) : currentStoreUrl();
+}
+
+void StoreManager::SaveDefaultStore(std::string url) {
+  CfgWrapper config(kBookstoreConfig, 1);
+  config.write<std::string>("default_store", url);
+  config.save();
+  LP_LOG(LP_LOG_INFO, "++++++++++++++++++++++++++++++++++ SaveDefaultStore %s", url.c_str());
+  runUpdateDesktop(true);
+}
+
+// Every store of the storefront answers with the same list; the one in use is asked, so that a
+// store given at run time needs no second address.
+void StoreManager::getStoresList() {
+  stores_watcher_.setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [url = currentStoreUrl()] {
+    BookstoreApi api([] {});
+    api.setBaseUrl(url);
+    return api.getStores(kStoresListLanguage);
+  }));
+}
+
+void StoreManager::handleFinished() {
+  if (stores_watcher_.isFinished() && !stores_watcher_.isCanceled()) stores_.setStores(stores_watcher_.result());
+}
+
+void StoreManager::handleStoresChanged(QString url) {
+  language_.resetContent();
+  if (user_data_->isLoggedIn()) catalogue().AddBearerCredentials(url.toStdString(), user_data_->getAccessToken());
+  if (!stores_.isDisabled()) {
+    CfgWrapper config(kBookstoreConfig, 1);
+    config.remove("default_store");
+    config.remove("default_content");
+    config.save();
+    config.closeNoSave();
+    SaveDefaultStore(url.toStdString());
+  }
+  updateModelsUrl(true);
+}
+
+void StoreManager::handleStoreLangCodeChanged(QString lang_code) {
+  if (stores_.isDisabled()) return;
+  CfgWrapper config(kBookstoreConfig, 1);
+  config.write<std::string>("default_store_lang_code", lang_code.toStdString());
+  config.save();
+}
+
+// Kept as the device keeps it: the catalogue's base, which the next start does not find among
+// the stores and so falls back to the first.
+void StoreManager::handelPreferedLanguageChanged() {
+  updateModelsUrl(true);
+  CfgWrapper config(kBookstoreConfig, 1);
+  config.write<std::string>("default_content", language_.content());
+  config.write<std::string>("default_store", opdsBaseUrl().toStdString());
+  config.save();
+}
+
+void StoreManager::handleForceLogOut() {
+  {
+    CfgWrapper config(kBookstoreConfig, 1);
+    config.remove("default_content");
+    const std::string first = stores_.firstStoreUrl();
+    if (first.empty()) {
+      config.remove("default_store");
+    } else {
+      config.write<std::string>("default_store", first);
+    }
+    config.remove("last_notify_email");
+    config.save();
+  }
+  language_.resetContent();
+  stores_.setModelToIndex(0, true);
+  updateModelsUrl(true);
+  runUpdateDesktop(true);
+}
+
+void StoreManager::handleAccessTokenChanged() {
+  catalogue().AddBearerCredentials(opdsBaseUrl().toStdString(), user_data_->getAccessToken());
+}
+
+void StoreManager::handleLoginFinished(bool) {
+  runUpdateDesktop(false);
+}
+
+void StoreManager::handleFeedStatusChanged(QString) {}
+
+void StoreManager::handleRootListLoaded(bool val) {
+  emit updateAudioAcces();
+  if (val) LP_LOG(LP_LOG_INFO, "HANDLE ROOT LIST LOADED %s, has_audio %s", "true", hasAudio() ? "true" : "false");
+}
+
+bool StoreManager::hasAudio() {
+  return _device_has_audio() != 0;
+}
+
+bool StoreManager::isSearchMode() {
+  return is_search_mode_;
+}
+
+// The desktop's tiles show the store's books; they are fetched anew for another store or user.
+void StoreManager::runUpdateDesktop(bool force) {
+  int task = FindTaskByAppName("refresh_home_tiles.app");
+  if (task > 0) {
+    CloseTask(task, 0, 1);
+    for (int i = 0; i < 10 && (task = FindTaskByAppName("refresh_home_tiles.app")) > 0; ++i) usleep(100000);
+  }
+  if (force && access(lumenpress::platform::MapDevicePath(kDesktopConfig).c_str(), F_OK) == 0) {
+    CfgWrapper desktop(kDesktopConfig, 1);
+    desktop.remove("last_sync_time");
+    desktop.save();
+  }
+  OpenTask(kHomeTiles, 0, nullptr, 37);
+}
+
+void StoreManager::runUpdateDesktop() {
+  runUpdateDesktop(false);
 }
 
 void StoreManager::requireHQUpdate() {

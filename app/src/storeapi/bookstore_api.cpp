@@ -55,6 +55,11 @@ std::string BookstoreApi::currentAccessToken() const {
   return accessToken;
 }
 
+std::string BookstoreApi::currentRefreshToken() const {
+  std::lock_guard<std::mutex> lock(tokenMutex);
+  return refreshToken_;
+}
+
 std::string BookstoreApi::accessTokenForRequest() const {
   std::unique_lock<std::mutex> lock(tokenMutex);
   refreshDone.wait(lock, [this] { return !refreshInProgress; });

@@ -105,6 +105,7 @@ public:
   bool hasAccessToken() const;
   // At once, even while a refresh is on the wire.
   std::string currentAccessToken() const;
+  std::string currentRefreshToken() const;
   // After a refresh on the wire has ended.
   std::string accessTokenForRequest() const;
   std::string baseUrl() const;
