@@ -18,6 +18,7 @@
 #include "message_meneger.h"
 #include "panelkit.h"
 #include "store_manager.h"
+#include "user_data.h"
 
 namespace {
 
@@ -74,6 +75,50 @@ bool writeView(QQuickWindow *window, const QString &file) {
   return written;
 }
 
+QObject *published(QQuickWindow *window, const char *name) {
+  return qmlContext(window)->contextProperty(QString::fromLatin1(name)).value<QObject *>();
+}
+
+// A step of the sign-in flow, by its loader's name and its file.
+std::function<void(QQuickWindow *)> loginStep(const char *loader, const char *file) {
+  return [loader, file](QQuickWindow *window) {
+    QMetaObject::invokeMethod(window, "openLoginView");
+    QQuickItem *flow = findItem(window->contentItem(), QStringLiteral("login_view"));
+    QQuickItem *step = findItem(window->contentItem(), QString::fromLatin1(loader));
+    if (!flow || !step) return;
+    QObject *main = flow->property("item").value<QObject *>();
+    QMetaObject::invokeMethod(main, "show", Q_ARG(QVariant, QVariant::fromValue<QObject *>(step)),
+                              Q_ARG(QVariant, QString::fromLatin1(file)));
+  };
+}
+
+void openUserMenu(QQuickWindow *window) {
+  QMetaObject::invokeMethod(window, "closeLoginView");
+  QMetaObject::invokeMethod(window, "openCustomPopUp");
+}
+
+// The menu with its list of stores open.
+void openStoreList(QQuickWindow *window) {
+  openUserMenu(window);
+  QQuickItem *menu = findItem(window->contentItem(), QStringLiteral("context_menu"));
+  if (QObject *popup = menu ? menu->property("item").value<QObject *>() : nullptr)
+    QMetaObject::invokeMethod(popup, "choose", Q_ARG(QVariant, 4));
+}
+
+// Signs the seeded customer in and waits for the session to stand.
+void signIn(QQuickWindow *window) {
+  auto *user = qobject_cast<UserData *>(published(window, "UserData"));
+  if (!user || user->isLoggedIn()) return;
+  bool done = false;
+  const auto finished = QObject::connect(user, &UserData::loginFinished, [&done](bool) { done = true; });
+  user->login(QStringLiteral("reader@example.com"), QStringLiteral("reader"));
+  QElapsedTimer clock;
+  clock.start();
+  while (!done && clock.elapsed() < 20000) QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  QObject::disconnect(finished);
+  openUserMenu(window);
+}
+
 // The local storefront keeps covers at /covers/<book>.jpg.
 std::vector<View> views(const QUrl &store) {
   const std::string cover = store.resolved(QUrl(QStringLiteral("/covers/181.jpg"))).toString().toStdString();
@@ -89,6 +134,27 @@ std::vector<View> views(const QUrl &store) {
          const QVariant messenger = qmlContext(window)->contextProperty(QStringLiteral("DownloadingMessenger"));
          if (auto *queue = qobject_cast<MessageMeneger *>(messenger.value<QObject *>()))
            queue->addDownloadMessage("181", "Archive of Venice", cover, "ebook");
+       }},
+      {"user-menu",
+       [](QQuickWindow *window) {
+         if (QQuickItem *bar = findItem(window->contentItem(), QStringLiteral("book_downloaded_dg")))
+           bar->setVisible(false);
+         openUserMenu(window);
+       }},
+      {"user-menu-stores", openStoreList},
+      {"login-start", loginStep("login_start", "LoginStartView.qml")},
+      {"login-email", loginStep("enter_email_view", "EnterEmailView.qml")},
+      {"login-password", loginStep("enter_password_view", "EnterPasswordView.qml")},
+      {"login-recover-password", loginStep("recover_password_view", "RecoverPasswordView.qml")},
+      {"login-new-user", loginStep("new_user_view", "NewUserView.qml")},
+      {"login-set-password", loginStep("set_password_view", "SetPasswordView.qml")},
+      {"login-no-touch", loginStep("login_no_touch", "AccountAuthNoTouch.qml")},
+      {"login-welcome", loginStep("welcome_view", "WelcomeView.qml")},
+      {"user-menu-signed-in", signIn},
+      {"auto-logout",
+       [](QQuickWindow *window) {
+         QMetaObject::invokeMethod(window, "closeLoginView");
+         QMetaObject::invokeMethod(window, "askAutoLogout", Q_ARG(QVariant, 1));
        }},
   };
 }

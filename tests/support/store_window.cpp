@@ -1,6 +1,8 @@
 #include "store_window.h"
 
 #include <QGuiApplication>
+#include <QQmlContext>
+#include <QQmlEngine>
 
 #include "panelkit.h"
 
@@ -25,6 +27,10 @@ QStringList StoreWindow::texts(const char *name) const {
   QStringList found;
   for (QQuickItem *item : shown(name)) found << item->property("text").toString();
   return found;
+}
+
+QObject *StoreWindow::published(const char *name) const {
+  return qmlEngine(window_)->rootContext()->contextProperty(QString::fromLatin1(name)).value<QObject *>();
 }
 
 }  // namespace lumenpress::testing

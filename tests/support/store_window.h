@@ -22,6 +22,8 @@ public:
   // The shown items of that name, and their texts.
   QList<QQuickItem *> shown(const char *name) const;
   QStringList texts(const char *name) const;
+  // An object the program publishes to its screens, by its name there.
+  QObject *published(const char *name) const;
 
 private:
   StoreManager manager_;

@@ -135,6 +135,8 @@ void StoresModel::updateStoresUrl(std::string item_url) {
     }
   }
   if (!matched) return;
+  current_url_ = prefix;
+  emit dataChanged(index(0), index(static_cast<int>(stores_.size()) - 1), {ActiveRole});
   emit storesChanged(QString::fromStdString(prefix));
   emit currentIndexChanged();
 }
