@@ -19,6 +19,7 @@
 #include "payment_pages.h"
 #include "request_log.h"
 #include "rest_routes.h"
+#include "service_token_routes.h"
 #include "token_store.h"
 
 namespace devstore {
@@ -54,6 +55,7 @@ private:
   OrderService orders_{&db_};
   RestRoutes rest_{&db_, &catalogue_, &tokens_, &orders_};
   PaymentPages pages_{&db_, &catalogue_, &orders_};
+  ServiceTokenRoutes accounts_{&db_, &tokens_};
   ControlRoutes control_{&db_, &log_, &faults_, &tokens_, &pages_};
   httplib::Server server_;
   int port_ = 0;

@@ -5,12 +5,12 @@ import com.lumenpress.controls 2.0 as LPcontrols2
 Item {
     id: user_icon
 
-    property string location: UserMenu.getIconLocation()
+    property string location: UserMenu ? UserMenu.getIconLocation() : ""
 
     implicitWidth: Math.round(56 * LPcontrols2.Global.dp)
     implicitHeight: implicitWidth
 
-    function refresh() { location = UserMenu.getIconLocation() }
+    function refresh() { location = UserMenu ? UserMenu.getIconLocation() : "" }
 
     Image {
         objectName: "userIconImage"

@@ -313,7 +313,8 @@ Window {
             StoreManager.loadHomeModels()
         StoreManager.allowRedraw()
         home.source = "Home.qml"
-        if (UserData.runMode === BookStatus.kLoginMode || UserData.runMode === BookStatus.kRegisterMode)
+        // QML cannot name the run modes (their names start in lower case): 1 login, 2 registration.
+        if (UserData.runMode === 1 || UserData.runMode === 2)
             openLoginView()
     }
 }

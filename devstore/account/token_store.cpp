@@ -7,15 +7,11 @@
 
 namespace devstore {
 
-namespace {
-
-std::string randomToken() {
+std::string TokenStore::randomToken() {
   std::string bytes(24, '\0');
   if (RAND_bytes(reinterpret_cast<unsigned char *>(bytes.data()), static_cast<int>(bytes.size())) != 1) return {};
   return lumenpress::utilities::SerializationUtils::ToHex(bytes);
 }
-
-}  // namespace
 
 TokenStore::TokenStore(Database *db) : db_(db) {}
 

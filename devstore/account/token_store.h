@@ -21,6 +21,9 @@ public:
 
   explicit TokenStore(Database *db);
 
+  // 48 hex digits from the system's random source; empty when it fails.
+  static std::string randomToken();
+
   std::optional<Pair> issue(long long customerId);
   // A new access token for a refresh token in force, given with an access token of the same
   // customer; that one expires now. Nothing when either does not fit.

@@ -56,6 +56,8 @@ void Global::openInfoMessage(const QString &text) {
   item->setParentItem(parent);
   item->setProperty("text", text);
   item->setProperty("destroyOnClose", true);
+  // Made here but let go by the message itself when it closes.
+  QQmlEngine::setObjectOwnership(item, QQmlEngine::JavaScriptOwnership);
   component.completeCreate();
   QMetaObject::invokeMethod(item, "open");
   message_ = item;

@@ -1,4 +1,6 @@
 // lpdevice: looks at and steers the PC's stand-in device, as the device shell would.
+#include <sqlite3.h>
+
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -19,7 +21,8 @@ int usage() {
                "       lpdevice network up|down  switch the device's network\n"
                "       lpdevice journal          the tasks, books and requests the programs started\n"
                "       lpdevice config set FILE KEY VALUE\n"
-               "                                 write a value into a configuration file of the device\n");
+               "                                 write a value into a configuration file of the device\n"
+               "       lpdevice notifications    the notifications the programs left for the owner\n");
   return 2;
 }
 
@@ -53,6 +56,27 @@ int journal() {
   return 0;
 }
 
+// One line each: application id, title, text, and what a tap starts.
+int notifications() {
+  const std::string path = lumenpress::platform::MapDevicePath("/mnt/ext1/system/notifications.sqlite");
+  if (!std::filesystem::exists(path)) return 0;
+  sqlite3 *db = nullptr;
+  sqlite3_stmt *rows = nullptr;
+  const bool opened = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK &&
+                      sqlite3_prepare_v2(db,
+                                         "SELECT app_id, title, text, application, parameters FROM notifications"
+                                         " ORDER BY id",
+                                         -1, &rows, nullptr) == SQLITE_OK;
+  while (opened && sqlite3_step(rows) == SQLITE_ROW) {
+    const auto column = [rows](int i) { return reinterpret_cast<const char *>(sqlite3_column_text(rows, i)); };
+    std::printf("%d\t%s\t%s\t%s %s\n", sqlite3_column_int(rows, 0), column(1), column(2), column(3), column(4));
+  }
+  if (!opened) std::fprintf(stderr, "lpdevice: cannot read %s: %s\n", path.c_str(), sqlite3_errmsg(db));
+  sqlite3_finalize(rows);
+  sqlite3_close(db);
+  return opened ? 0 : 1;
+}
+
 // Through the configuration library, so the file is saved whole and with the mode the program gives it.
 int configSet(const char *path, const char *key, const char *value) {
   lpconfig *cfg = OpenConfig(path, 1);
@@ -76,6 +100,7 @@ int main(int argc, char **argv) {
   }
   if (command == "network" && argc == 3) return network(argv[2]);
   if (command == "journal") return journal();
+  if (command == "notifications") return notifications();
   if (command == "config" && argc == 6 && std::strcmp(argv[2], "set") == 0) return configSet(argv[3], argv[4], argv[5]);
   return usage();
 }

@@ -25,7 +25,7 @@ constexpr char kBookstoreConfig[] = "/mnt/ext1/system/config/bookstore.cfg";
 // What a store started anew finds.
 std::string restartedSession() {
   QProcess probe;
-  probe.start(QStringLiteral(LP_SESSION_PROBE), {});
+  probe.start(QStringLiteral(LP_SESSION_PROBE), QStringList());
   if (!probe.waitForFinished(30000)) return "probe hung";
   return probe.readAllStandardOutput().trimmed().toStdString();
 }

@@ -21,6 +21,7 @@ protected:
   void SetUp() override {
     ASSERT_TRUE(store.running());
     lumenpress::testing::useAccountService(store);
+    if (UserData::instance()->isLoggedIn()) UserData::instance()->logout();
     window = std::make_unique<StoreWindow>(store);
     ASSERT_TRUE(window->started());
   }
@@ -64,6 +65,7 @@ TEST_F(LoginScreens, SignInFromTheUserMenuAndSeeTheMenuFollow) {
   ASSERT_TRUE(waitUntil([&] { return window->texts("infoText").size() == 1; }));
   EXPECT_TRUE(window->texts("infoText").front().startsWith("The e-mail address and the password do not match"))
       << window->texts("infoText").front().toStdString();
+  ASSERT_TRUE(tapShown("dialogAccept")) << "the message is confirmed before the password is typed again";
 
   ASSERT_TRUE(type("passwordField", "reader"));
   ASSERT_TRUE(tapShown("passwordLogin"));

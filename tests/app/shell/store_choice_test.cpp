@@ -86,7 +86,7 @@ TEST_F(StoreChoice, TheKeptLanguageReachesTheFirstHomeFeedAndAChoiceIsKept) {
   ASSERT_TRUE(waitUntil([&] {
     for (const Json::Value &request : store.requests()) {
       if (request["path"].asString() == "/de_de/lpress/opds/home") {
-        asked = request["query"].asString() == "content=deu";
+        asked = request["target"].asString() == "/de_de/lpress/opds/home?content=deu";
         return true;
       }
     }

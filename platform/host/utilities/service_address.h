@@ -1,0 +1,22 @@
+// Where the host finds the services a device reaches on its maker's servers: built in, or set
+// for a run in "services.cfg" of the host's folder under the device root (tests point them at
+// a storefront of their own there).
+#ifndef LUMENPRESS_HOST_SERVICE_ADDRESS_H
+#define LUMENPRESS_HOST_SERVICE_ADDRESS_H
+
+#include <string>
+
+namespace lumenpress::utilities {
+
+class ServiceAddress {
+public:
+  static constexpr const char *kFile = "services.cfg";
+  static constexpr const char *kAccountKey = "account_service";
+
+  // The account service's base, ending in a slash.
+  static std::string account();
+};
+
+}  // namespace lumenpress::utilities
+
+#endif

@@ -1,0 +1,13 @@
+// Points the host's account service at a test's own devstore.
+#ifndef LUMENPRESS_TESTS_ACCOUNT_TEST_CONFIG_H
+#define LUMENPRESS_TESTS_ACCOUNT_TEST_CONFIG_H
+
+#include "devstore_process.h"
+
+namespace lumenpress::testing {
+
+void useAccountService(const DevstoreProcess &store);
+
+}  // namespace lumenpress::testing
+
+#endif
