@@ -77,7 +77,8 @@ Item {
                             horizontalAlignment: text_align === 4 ? Text.AlignRight : Text.AlignLeft
                             font.pixelSize: Math.round((el_kind === "title" ? 22 : 24) * LPcontrols2.Global.dp)
                             font.bold: el_kind === "title"
-                            font.capitalization: capitalization === 4 ? Font.Capitalize : Font.MixedCase
+                            // An address keeps its own case.
+                            font.capitalization: el_kind === "title" ? Font.MixedCase : capitalization
                             color: is_disabled ? "#9a9a9a" : row_area.pressed ? "white" : "black"
                         }
                         Text {

@@ -21,6 +21,7 @@ Window {
         for (const view of [login_view, home, credit_card_view, detail_view, acquisition_view, grid_view,
                             search_view, category_tree_view, popular_genres_view, wishlist_view, purchased_view])
             view.visible = false
+        context_menu.sourceComponent = undefined
     }
 
     function openLoginView() {
@@ -150,12 +151,9 @@ Window {
             acceptText: qsTr("@Logout")
             rejectText: qsTr("@Cancel")
             visible: true
-            onAccepted: {
-                const index = auto_logout_confirmation_dialog.store_index
-                auto_logout_confirmation_dialog.sourceComponent = undefined
-                StoresModel.setModelToIndex(index)
-            }
-            onRejected: auto_logout_confirmation_dialog.sourceComponent = undefined
+            // Either answer closes the dialog first; the loader lets it go after the answer.
+            onClosed: auto_logout_confirmation_dialog.sourceComponent = undefined
+            onAccepted: StoresModel.setModelToIndex(auto_logout_confirmation_dialog.store_index)
         }
     }
     LPcontrols2.LoaderNoSleep {

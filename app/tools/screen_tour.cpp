@@ -87,6 +87,7 @@ std::function<void(QQuickWindow *)> loginStep(const char *loader, const char *fi
     QQuickItem *step = findItem(window->contentItem(), QString::fromLatin1(loader));
     if (!flow || !step) return;
     QObject *main = flow->property("item").value<QObject *>();
+    main->setProperty("email", QStringLiteral("new.reader@example.com"));
     QMetaObject::invokeMethod(main, "show", Q_ARG(QVariant, QVariant::fromValue<QObject *>(step)),
                               Q_ARG(QVariant, QString::fromLatin1(file)));
   };
