@@ -151,8 +151,8 @@ Window {
             acceptText: qsTr("@Logout")
             rejectText: qsTr("@Cancel")
             visible: true
-            // Either answer closes the dialog first; the loader lets it go after the answer.
-            onClosed: auto_logout_confirmation_dialog.sourceComponent = undefined
+            // Either answer closes the dialog before it is given: the loader lets go of it afterwards.
+            onClosed: Qt.callLater(function() { auto_logout_confirmation_dialog.sourceComponent = undefined })
             onAccepted: StoresModel.setModelToIndex(auto_logout_confirmation_dialog.store_index)
         }
     }

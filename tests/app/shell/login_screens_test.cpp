@@ -2,7 +2,9 @@
 // e-mail and password steps, a wrong password, and the menu that follows the session.
 #include <gtest/gtest.h>
 
+#include <json/json.h>
 #include <QQuickItem>
+#include <QSignalSpy>
 
 #include "account_test_config.h"
 #include "event_wait.h"
@@ -22,6 +24,9 @@ protected:
     ASSERT_TRUE(store.running());
     lumenpress::testing::useAccountService(store);
     if (UserData::instance()->isLoggedIn()) UserData::instance()->logout();
+  }
+
+  void start() {
     window = std::make_unique<StoreWindow>(store);
     ASSERT_TRUE(window->started());
   }
@@ -56,6 +61,7 @@ protected:
 };
 
 TEST_F(LoginScreens, SignInFromTheUserMenuAndSeeTheMenuFollow) {
+  start();
   ASSERT_TRUE(tapMenuRow(0)) << "the menu of a guest offers to sign in";
   ASSERT_TRUE(tapShown("loginWithEmail"));
   ASSERT_TRUE(type("emailField", "reader@example.com"));
@@ -79,6 +85,7 @@ TEST_F(LoginScreens, SignInFromTheUserMenuAndSeeTheMenuFollow) {
 }
 
 TEST_F(LoginScreens, AnUnknownAddressCreatesAnAccount) {
+  start();
   ASSERT_TRUE(tapMenuRow(0));
   ASSERT_TRUE(tapShown("loginWithEmail"));
   ASSERT_TRUE(type("emailField", "new.reader@example.com"));
@@ -92,6 +99,41 @@ TEST_F(LoginScreens, AnUnknownAddressCreatesAnAccount) {
   ASSERT_TRUE(tapShown("welcomeFinish"));
   EXPECT_TRUE(UserData::instance()->isLoggedIn());
   EXPECT_EQ(UserData::instance()->getUserEmail(), "new.reader@example.com");
+}
+
+// The storefront's English store under another name of its host: choosing it signs out.
+TEST_F(LoginScreens, AStoreOnAnotherHostAsksBeforeItSignsOut) {
+  Json::Value fault;
+  fault["path"] = "/de_de/rest/V1/device-integration/stores-all";
+  fault["status"] = 200;
+  fault["body"] = "[{\"url\":\"" + store.url("/de_de/") +
+                  "\",\"language\":\"Deutsch\",\"langCode\":\"de\",\"status\":\"enable\"},"
+                  "{\"url\":\"http://localhost:" +
+                  std::to_string(store.port()) +
+                  "/en_us/\",\"language\":\"English\",\"langCode\":\"en\",\"status\":\"enable\"}]";
+  ASSERT_TRUE(store.addFault(fault));
+  start();
+  UserData *user = UserData::instance();
+  QSignalSpy finished(user, &UserData::loginFinished);
+  user->login("reader@example.com", "reader");
+  ASSERT_TRUE(waitUntil([&] { return finished.count() > 0; }));
+  ASSERT_TRUE(user->isLoggedIn());
+
+  ASSERT_TRUE(tapMenuRow(4)) << "the store list";
+  QQuickItem *english = nullptr;
+  ASSERT_TRUE(waitUntil([&] {
+    for (QQuickItem *item : window->shown("storeChoice")) {
+      if (item->property("text").toString() == "English") english = item;
+    }
+    return english != nullptr;
+  }));
+  tap(english);
+  ASSERT_TRUE(waitUntil([&] { return window->shown("auto_logout_dialog").size() == 1; }));
+  EXPECT_TRUE(user->isLoggedIn()) << "nothing happens before the answer";
+  ASSERT_TRUE(tapShown("dialogAccept"));
+  EXPECT_FALSE(user->isLoggedIn());
+  EXPECT_TRUE(window->item("home")->isVisible());
+  EXPECT_TRUE(window->shown("auto_logout_dialog").isEmpty());
 }
 
 }  // namespace
