@@ -5,6 +5,7 @@
 #include <charconv>
 #include <map>
 
+#include "book_detail_data_model.h"
 #include "feed_provider.h"
 #include "lp_log.h"
 #include "panelkit.h"
@@ -239,6 +240,18 @@ void OpdsListDataModel::setItemList(std::shared_ptr<ItemsList> l) {
 
 void OpdsListDataModel::setModelToUrl(QString url) {
   setItemList(catalogue().GetListEx(url.toStdString(), force_load_));
+}
+
+void OpdsListDataModel::setDetailModelTo(int num) {
+  BookDetailDataModel::Instance().setEntry(list_, num);
+}
+
+void OpdsListDataModel::setDetailModelTo(int num, QString url) {
+  if (url.isEmpty()) {
+    setDetailModelTo(num);
+    return;
+  }
+  BookDetailDataModel::Instance().setEntry(catalogue().GetListEx(url.toStdString(), force_load_), num);
 }
 
 QString OpdsListDataModel::getUrl() const {

@@ -84,6 +84,8 @@ public slots:
   void setLoadSeriesSubmodel(bool val) { load_series_submodel_ = val; }
   void setItemList(std::shared_ptr<ItemsList> l);
   void setModelToUrl(QString url);
+  void setDetailModelTo(int num);
+  void setDetailModelTo(int num, QString url);
   QString getUrl() const;
   void loadNext();
   void reload();
