@@ -25,6 +25,8 @@ Item {
             rowTitle: title
             rowType: elem_type
             books: element_model
+            onTitleClicked: root.navigateAcquisitionList(model.url)
+            onBookClicked: root.navigateDetailFromElementList(element_model, index)
         }
 
         footer: Item {

@@ -10,6 +10,8 @@ Item {
     property string rowTitle: ""
     property int rowType: 1
     property var books: null
+    signal titleClicked()
+    signal bookClicked(int index)
 
     implicitHeight: column.height
 
@@ -22,6 +24,10 @@ Item {
             objectName: "rowTitle"
             width: parent.width
             text: row.rowTitle
+            MouseArea {
+                anchors.fill: parent
+                onClicked: row.titleClicked()
+            }
         }
         Row {
             id: tiles
@@ -42,6 +48,12 @@ Item {
                         "description": row.rowType === 0 && description !== undefined ? description : "",
                         "tileWidth": row.rowType === 0 ? tiles.parent.width : BookstoreConstants.thumb_el_by_4_width
                     })
+
+                    MouseArea {
+                        objectName: "rowBook"
+                        anchors.fill: parent
+                        onClicked: row.bookClicked(index)
+                    }
 
                     function tileFile() {
                         if (grouped) return row.rowType === 4 ? "ListGroupedCategory.qml" : "ListGroupedBook.qml"

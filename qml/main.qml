@@ -37,6 +37,79 @@ Window {
         home.visible = true
     }
 
+    function showView(view, file) {
+        if (view.source.toString() === "")
+            view.source = file
+        view.visible = true
+    }
+
+    function showBooks() {
+        if (UserData.display_role === "list")
+            showView(acquisition_view, "AcquisitionListView.qml")
+        else
+            showView(grid_view, "AcquisitionGridView.qml")
+    }
+
+    function navigateAcquisitionList(url) {
+        NavigationHistory.setPosition(0)
+        hideAll()
+        NavigationHistory.pushListData(url)
+        AcquisitionListModel.setModelToUrl(url)
+        showBooks()
+    }
+
+    function navigateDetailFromElementList(list_model, num) {
+        hideAll()
+        NavigationHistory.pushDetailedList(list_model.getUrl(), num)
+        list_model.setDetailModelTo(num)
+        showView(detail_view, "BookDetailView.qml")
+    }
+
+    function navigateDetail(url, num) {
+        hideAll()
+        NavigationHistory.pushDetailedList(url, num)
+        DetailModel.setEntry(url, num)
+        showView(detail_view, "BookDetailView.qml")
+    }
+
+    function navigateDetailByEntryUrl(url) {
+        hideAll()
+        NavigationHistory.pushDetailedList(url, 0)
+        DetailModel.setEntryUrl(url)
+        showView(detail_view, "BookDetailView.qml")
+    }
+
+    function switchToGrid(grid) {
+        UserData.setCurrentDisplayType(grid ? "grid" : "list")
+        hideAll()
+        showBooks()
+    }
+
+    // Back to the place before; at the first place of the history the store stays at home.
+    function navigateBack() {
+        if (NavigationHistory.size() <= 1 && UserData.exitAfterLogin) {
+            UserData.closeApp(false)
+            return
+        }
+        if (NavigationHistory.size() > 1)
+            NavigationHistory.popItems(1)
+        hideAll()
+        const url = NavigationHistory.current_url
+        switch (NavigationHistory.itemType) {
+        case HistoryElementType.NavigateItemsList:
+            AcquisitionListModel.setModelToUrl(url)
+            showBooks()
+            break
+        case HistoryElementType.NavigateElement:
+            DetailModel.setEntry(url, NavigationHistory.item_num)
+            showView(detail_view, "BookDetailView.qml")
+            break
+        default:
+            console.log("Open home")
+            home.visible = true
+        }
+    }
+
     function openCustomPopUp() {
         context_menu.sourceComponent = user_menu
     }

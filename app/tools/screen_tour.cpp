@@ -120,6 +120,25 @@ void signIn(QQuickWindow *window) {
   openUserMenu(window);
 }
 
+// The popular books of the store, shown as the user's layout has it.
+std::function<void(QQuickWindow *)> bookList(const QUrl &store, bool grid) {
+  const QString url = store.resolved(QUrl(QStringLiteral("lpress/opds/list?name=popular"))).toString();
+  return [url, grid](QQuickWindow *window) {
+    QMetaObject::invokeMethod(window, "navigateAcquisitionList", Q_ARG(QVariant, url));
+    QMetaObject::invokeMethod(window, "switchToGrid", Q_ARG(QVariant, grid));
+  };
+}
+
+void openFirstBook(QQuickWindow *window) {
+  QObject *books = published(window, "AcquisitionListModel");
+  QMetaObject::invokeMethod(window, "navigateDetailFromElementList",
+                            Q_ARG(QVariant, QVariant::fromValue<QObject *>(books)), Q_ARG(QVariant, 0));
+}
+
+void goBack(QQuickWindow *window) {
+  QMetaObject::invokeMethod(window, "navigateBack");
+}
+
 // The local storefront keeps covers at /covers/<book>.jpg.
 std::vector<View> views(const QUrl &store) {
   const std::string cover = store.resolved(QUrl(QStringLiteral("/covers/181.jpg"))).toString().toStdString();
@@ -136,6 +155,10 @@ std::vector<View> views(const QUrl &store) {
          if (auto *queue = qobject_cast<MessageMeneger *>(messenger.value<QObject *>()))
            queue->addDownloadMessage("181", "Archive of Venice", cover, "ebook");
        }},
+      {"acquisition-list", bookList(store, false)},
+      {"acquisition-grid", bookList(store, true)},
+      {"book-detail", openFirstBook},
+      {"book-detail-back", goBack},
       {"user-menu",
        [](QQuickWindow *window) {
          if (QQuickItem *bar = findItem(window->contentItem(), QStringLiteral("book_downloaded_dg")))

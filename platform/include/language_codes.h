@@ -8,7 +8,7 @@ namespace lumenpress::utilities {
 
 class LanguageCodes {
 public:
-  // The language's own name for a two- or three-letter code ("de", "deu", "ger"); the code as
+  // The language's English name for a two- or three-letter code ("de", "deu", "ger"); the code as
   // given when it names no language known here.
   static std::string FindCode(const std::string &code);
 };

@@ -11,6 +11,7 @@
 #include <cstdio>
 
 #include "async_cover_provider.h"
+#include "book_detail_data_model.h"
 #include "cached_network_access_manager_factory.h"
 #include "cfg_wrapper.h"
 #include "device_path.h"
@@ -150,14 +151,19 @@ void StoreManager::publishToScreens() {
   context->setContextProperty("AudioModel", &audio_model_);
   engine_.setNetworkAccessManagerFactory(new CachedNetworkAccessManagerFactory(this));
   context->setContextProperty("RootListModel", &root_model_);
+  context->setContextProperty("DetailModel", &BookDetailDataModel::Instance());
   context->setContextProperty("AcquisitionListModel", &acquisition_model_);
+  context->setContextProperty("NavigationHistory", &history_);
   context->setContextProperty("DownloadingMessenger", download_messenger_);
+  history_model_.SetHistory(&history_);
+  context->setContextProperty("NavigationHistoryModel", &history_model_);
   context->setContextProperty("StoreManager", this);
   context->setContextProperty("UserMenu", &user_menu_);
   const auto user = [](QQmlEngine *, QJSEngine *) -> QObject * {
     QQmlEngine::setObjectOwnership(UserData::instance(), QQmlEngine::CppOwnership);
     return UserData::instance();
   };
+  qmlRegisterType<NavigationHistory>("qml.bookstore", 1, 0, "HistoryElementType");
   qmlRegisterSingletonType<UserData>("qml.bookstore", 1, 0, "BookStatus", user);
   qmlRegisterSingletonType<UserData>("qml.bookstore", 1, 0, "PaymentError", user);
   qmlRegisterType<UserMenuModel>("qml.bookstore", 1, 0, "MenuElementType");
@@ -174,6 +180,8 @@ void StoreManager::updateModelsUrl(bool update_api) {
   const QString content = QString::fromStdString(language_.content());
   root_model_.setModelToUrl(base + "home" + content);
   if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio" + content);
+  history_.popItems(100);
+  history_.pushRootItem(base + "home" + content);
   language_.setModelToUrl(base + "home" + content);
   if (!update_api) return;
   const std::string api = apiBaseUrl();

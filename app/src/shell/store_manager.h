@@ -14,6 +14,8 @@
 #include "bookstore_api.h"
 #include "language_model.h"
 #include "message_meneger.h"
+#include "navigation_history.h"
+#include "navigation_history_model.h"
 #include "opds_list_data_model.h"
 #include "start_view.h"
 #include "stores_model.h"
@@ -75,6 +77,8 @@ private:
   OpdsListDataModel root_model_;
   OpdsListDataModel acquisition_model_;
   OpdsListDataModel audio_model_;
+  NavigationHistory history_;
+  NavigationHistoryModel history_model_;
   StoresModel stores_;
   LanguageModel language_;
   UserMenuModel user_menu_;

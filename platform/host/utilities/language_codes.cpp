@@ -35,10 +35,7 @@ std::string LanguageCodes::FindCode(const std::string &code) {
   if (two.size() != 2) return code;
   const QLocale locale(QString::fromStdString(two));
   if (locale.language() == QLocale::C) return code;
-  QString name = locale.nativeLanguageName();
-  if (name.isEmpty()) return code;
-  name[0] = name[0].toUpper();
-  return name.toStdString();
+  return QLocale::languageToString(locale.language()).toStdString();
 }
 
 }  // namespace lumenpress::utilities

@@ -1,0 +1,6 @@
+import QtQuick 2.15
+
+// A feed of books as a grid of covers.
+AcquisitionListView {
+    grid: true
+}

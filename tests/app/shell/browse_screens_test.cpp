@@ -1,0 +1,54 @@
+// Walking the catalogue through the screens, offscreen: a home row's list, a book of it, and
+// back step by step to the home page.
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModel>
+#include <QQuickItem>
+
+#include "event_wait.h"
+#include "store_window.h"
+
+using lumenpress::testing::DevstoreProcess;
+using lumenpress::testing::StoreWindow;
+using lumenpress::testing::tap;
+using lumenpress::testing::waitUntil;
+
+namespace {
+
+bool visible(const StoreWindow &window, const char *view) {
+  return window.item(view)->isVisible();
+}
+
+TEST(BrowseScreens, FromAHomeRowToABookAndBackHome) {
+  DevstoreProcess store;
+  ASSERT_TRUE(store.running());
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+
+  ASSERT_TRUE(waitUntil([&] { return !window.shown("rowTitle").isEmpty(); }));
+  tap(window.shown("rowTitle").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }))
+      << "the row's books, in the layout a new user has";
+  const QString first = window.texts("gridBookTitle").front();
+  ASSERT_TRUE(waitUntil([&] { return !window.shown("showAsList").isEmpty(); }));
+  tap(window.shown("showAsList").front());
+  ASSERT_TRUE(
+      waitUntil([&] { return visible(window, "acquisition_view") && !window.texts("listBookTitle").isEmpty(); }));
+  EXPECT_EQ(window.texts("listBookTitle").front(), first);
+
+  tap(window.shown("listBookTitle").front());
+  ASSERT_TRUE(
+      waitUntil([&] { return visible(window, "detail_view") && window.texts("detailTitle") == QStringList(first); }));
+  auto *page = qobject_cast<QAbstractItemModel *>(window.published("DetailModel"));
+  EXPECT_EQ(page->rowCount(), 2) << "the book and its related list, on the next page";
+  EXPECT_TRUE(window.texts("detailPrice").front().contains("</b>")) << "the buy text";
+
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "acquisition_view"); }));
+  EXPECT_FALSE(visible(window, "detail_view"));
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "home"); }));
+  EXPECT_FALSE(visible(window, "acquisition_view"));
+}
+
+}  // namespace
