@@ -14,6 +14,13 @@ Item {
         height: Math.round(64 * LPcontrols2.Global.dp)
         title: qsTr("@$UniversalStore")
 
+        LPcontrols2.RoundedCornerTextButton {
+            objectName: "openSearch"
+            anchors.verticalCenter: parent.verticalCenter
+            height: Math.round(44 * LPcontrols2.Global.dp)
+            text: qsTr("@Search")
+            onClicked: root.openSearchView()
+        }
         UserLoginIcon {
             objectName: "userLoginIcon"
             height: parent.height

@@ -79,6 +79,23 @@ Window {
         showView(detail_view, "BookDetailView.qml")
     }
 
+    function openSearchView() {
+        hideAll()
+        SearchSuggestion.resetSuggestion()
+        search_view.source = ""
+        showView(search_view, "SearchView.qml")
+    }
+
+    // The home feed says where its search lies.
+    function openSearchResults(text) {
+        LastSearch.AddLastSearch(text)
+        hideAll()
+        AcquisitionListModel.setModelToUrl(RootListModel.getUrl())
+        AcquisitionListModel.setSearchString(text)
+        NavigationHistory.pushSearchList(AcquisitionListModel.getUrl())
+        showBooks()
+    }
+
     function switchToGrid(grid) {
         UserData.setCurrentDisplayType(grid ? "grid" : "list")
         hideAll()
@@ -97,6 +114,10 @@ Window {
         const url = NavigationHistory.current_url
         switch (NavigationHistory.itemType) {
         case HistoryElementType.NavigateItemsList:
+            AcquisitionListModel.setModelToUrl(url)
+            showBooks()
+            break
+        case HistoryElementType.NavigateSearchList:
             AcquisitionListModel.setModelToUrl(url)
             showBooks()
             break

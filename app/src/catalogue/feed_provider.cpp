@@ -1,5 +1,7 @@
 #include "feed_provider.h"
 
+#include <QUrl>
+
 #include <json/json.h>
 
 #include <cstdio>
@@ -90,7 +92,8 @@ std::shared_ptr<FeedProvider::ItemsList> FeedProvider::GetSearchList(std::shared
   if (!search) return data_manager_.GetSearchList(list, text);
   std::string url = search->href;
   const auto terms = url.find("{searchTerms}");
-  if (terms != std::string::npos) url.replace(terms, 13, text);
+  if (terms != std::string::npos)
+    url.replace(terms, 13, QUrl::toPercentEncoding(QString::fromStdString(text)).toStdString());
   const auto language = url.find("{language}");
   if (language != std::string::npos) url.replace(language, 10, "ua");
   if (url.find("://") == std::string::npos) url = DataManager::ResolveRelativeUrl(list->url, url);

@@ -1,6 +1,5 @@
 #include "navigation_history_model.h"
 
-#include "feed_provider.h"
 #include "lp_log.h"
 #include "panelkit.h"
 
@@ -39,7 +38,9 @@ QString NavigationHistoryModel::title(const NavigationHistory::Element &element)
     return QString::fromStdString(element.title);
   }
   if (!list || list->loading) return QString::fromUtf8(GetLangText("@Loading"));
-  const std::string name = FeedProvider::Instance().dataManager().GetList(list->url)->getTitle();
+  // The place's own list: asking the library anew would fetch a failed list again on every
+  // paint, and every answer repaints.
+  const std::string name = list->getTitle();
   LP_LOG(LP_LOG_INFO, "=============================== GetTitle %s", name.c_str());
   if (name.empty() && element.type == NavigationHistory::NavigatePurchasedList)
     return QString::fromUtf8(GetLangText("@MyPurchases"));

@@ -222,8 +222,10 @@ QString OpdsListDataModel::totalResults() const {
   return QString::fromLatin1(list_->Feeds().front()->total_results.c_str());
 }
 
+// A list without a search of its own, or none yet, leaves the model as it is.
 void OpdsListDataModel::setSearchString(QString search_string) {
-  setItemList(FeedProvider::Instance().GetSearchList(list_, search_string.toStdString()));
+  auto results = FeedProvider::Instance().GetSearchList(list_, search_string.toStdString());
+  if (results) setItemList(std::move(results));
 }
 
 void OpdsListDataModel::setItemList(std::shared_ptr<ItemsList> l) {

@@ -157,8 +157,10 @@ void StoreManager::publishToScreens() {
   context->setContextProperty("DownloadingMessenger", download_messenger_);
   history_model_.SetHistory(&history_);
   context->setContextProperty("NavigationHistoryModel", &history_model_);
+  context->setContextProperty("LastSearch", &last_search_);
   context->setContextProperty("StoreManager", this);
   context->setContextProperty("UserMenu", &user_menu_);
+  context->setContextProperty("SearchSuggestion", &search_hints_);
   const auto user = [](QQmlEngine *, QJSEngine *) -> QObject * {
     QQmlEngine::setObjectOwnership(UserData::instance(), QQmlEngine::CppOwnership);
     return UserData::instance();
@@ -187,6 +189,7 @@ void StoreManager::updateModelsUrl(bool update_api) {
   const std::string api = apiBaseUrl();
   LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL %s", api.c_str());
   user_data_->setApiBaseUrl(api);
+  search_hints_.setBaseUrl(api);
 }
 
 // The lighter form the screens call at start.
@@ -199,6 +202,7 @@ void StoreManager::loadHomeModels() {
   const std::string api = apiBaseUrl();
   LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL [%s]", api.c_str());
   user_data_->setApiBaseUrl(api);
+  search_hints_.setBaseUrl(api);
 }
 
 // A disabled store is not asked: the built-in one answers for it.
@@ -230,6 +234,7 @@ void StoreManager::handleFinished() {
 
 void StoreManager::handleStoresChanged(QString url) {
   language_.resetContent();
+  search_hints_.resetSuggestion();
   if (user_data_->isLoggedIn()) catalogue().AddBearerCredentials(url.toStdString(), user_data_->getAccessToken());
   if (!stores_.isDisabled()) {
     CfgWrapper config(kBookstoreConfig, 1);

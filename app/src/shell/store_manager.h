@@ -13,10 +13,12 @@
 
 #include "bookstore_api.h"
 #include "language_model.h"
+#include "last_search_model.h"
 #include "message_meneger.h"
 #include "navigation_history.h"
 #include "navigation_history_model.h"
 #include "opds_list_data_model.h"
+#include "search_hint_model.h"
 #include "start_view.h"
 #include "stores_model.h"
 #include "user_data.h"
@@ -79,9 +81,11 @@ private:
   OpdsListDataModel audio_model_;
   NavigationHistory history_;
   NavigationHistoryModel history_model_;
+  LastSearchModel last_search_;
   StoresModel stores_;
   LanguageModel language_;
   UserMenuModel user_menu_;
+  SearchHintModel search_hints_;
   QFutureWatcher<std::vector<BookstoreApi::StoreInfo>> stores_watcher_;
   StartView::EnStartView start_view_ = StartView::Home;
 };

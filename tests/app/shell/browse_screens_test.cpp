@@ -52,3 +52,33 @@ TEST(BrowseScreens, FromAHomeRowToABookAndBackHome) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(BrowseScreens, ASearchBySuggestionToABook) {
+  DevstoreProcess store;
+  ASSERT_TRUE(store.running());
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+  ASSERT_TRUE(waitUntil([&] { return !window.shown("openSearch").isEmpty() && !window.shown("rowTitle").isEmpty(); }));
+  tap(window.shown("openSearch").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "search_view") && !window.shown("searchField").isEmpty(); }));
+  window.shown("searchField").front()->setProperty("text", "sil");
+  QQuickItem *term = nullptr;
+  ASSERT_TRUE(waitUntil([&] {
+    for (QQuickItem *hint : window.shown("searchHint")) {
+      if (hint->property("kind").toString() == "term") term = hint;
+    }
+    return term != nullptr;
+  })) << "the store's suggestions, a word among them";
+  tap(term);
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }));
+  const QString first = window.texts("gridBookTitle").front();
+  tap(window.shown("gridBookTitle").front());
+  ASSERT_TRUE(
+      waitUntil([&] { return visible(window, "detail_view") && window.texts("detailTitle") == QStringList(first); }));
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view"); })) << "back to the results";
+}
+
+}  // namespace
