@@ -1,7 +1,5 @@
 #include "feed_provider.h"
 
-#include <QUrl>
-
 #include <json/json.h>
 
 #include <cstdio>
@@ -92,8 +90,7 @@ std::shared_ptr<FeedProvider::ItemsList> FeedProvider::GetSearchList(std::shared
   if (!search) return data_manager_.GetSearchList(list, text);
   std::string url = search->href;
   const auto terms = url.find("{searchTerms}");
-  if (terms != std::string::npos)
-    url.replace(terms, 13, QUrl::toPercentEncoding(QString::fromStdString(text)).toStdString());
+  if (terms != std::string::npos) url.replace(terms, 13, text);
   const auto language = url.find("{language}");
   if (language != std::string::npos) url.replace(language, 10, "ua");
   if (url.find("://") == std::string::npos) url = DataManager::ResolveRelativeUrl(list->url, url);

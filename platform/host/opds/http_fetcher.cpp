@@ -1,12 +1,15 @@
 #include "http_fetcher.h"
 
 #include <curl/curl.h>
+
 #include <strings.h>
+#include <cstring>
 
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <mutex>
 
@@ -52,6 +55,24 @@ size_t onBody(char *data, size_t size, size_t count, void *target) {
   if (transfer->file) return std::fwrite(data, size, count, transfer->file) * size;
   transfer->result->body.append(data, size * count);
   return size * count;
+}
+
+// Catalogues hand over links as they stand, a search term with its blanks and letters beyond
+// ASCII included; what a URL may not carry goes on the wire percent-encoded, the rest unchanged.
+std::string wireUrl(const std::string &url) {
+  static const char kHex[] = "0123456789ABCDEF";
+  std::string wire;
+  wire.reserve(url.size());
+  for (const unsigned char c : url) {
+    if (c <= 0x20 || c >= 0x7F || std::strchr("\"<>\\^`{|}", c)) {
+      wire += '%';
+      wire += kHex[c >> 4];
+      wire += kHex[c & 0xF];
+    } else {
+      wire += static_cast<char>(c);
+    }
+  }
+  return wire;
 }
 
 int onProgress(void *target, curl_off_t total, curl_off_t now, curl_off_t, curl_off_t) {
@@ -106,7 +127,8 @@ HttpFetcher::Result HttpFetcher::perform(const std::string &url, FILE *file, con
   Transfer transfer{&result, file, progress};
   const long timeout = timeoutSeconds();
 
-  curl_easy_setopt(curl.get(), CURLOPT_URL, url.c_str());
+  const std::string wire = wireUrl(url);
+  curl_easy_setopt(curl.get(), CURLOPT_URL, wire.c_str());
   curl_easy_setopt(curl.get(), CURLOPT_HTTPHEADER, headers.get());
   curl_easy_setopt(curl.get(), CURLOPT_USERAGENT, user_agent_.c_str());
   // Links come from the network: no other scheme may reach a local file or port, not even by a redirect.
