@@ -135,6 +135,17 @@ void openFirstBook(QQuickWindow *window) {
                             Q_ARG(QVariant, QVariant::fromValue<QObject *>(books)), Q_ARG(QVariant, 0));
 }
 
+// The search with the store's suggestions for a few letters.
+void searchWithSuggestions(QQuickWindow *window) {
+  QMetaObject::invokeMethod(window, "openSearchView");
+  if (QQuickItem *field = findItem(window->contentItem(), QStringLiteral("searchField")))
+    field->setProperty("text", QStringLiteral("sil"));
+}
+
+void searchResults(QQuickWindow *window) {
+  QMetaObject::invokeMethod(window, "openSearchResults", Q_ARG(QVariant, QStringLiteral("silent archive")));
+}
+
 void goBack(QQuickWindow *window) {
   QMetaObject::invokeMethod(window, "navigateBack");
 }
@@ -159,6 +170,8 @@ std::vector<View> views(const QUrl &store) {
       {"acquisition-grid", bookList(store, true)},
       {"book-detail", openFirstBook},
       {"book-detail-back", goBack},
+      {"search", searchWithSuggestions},
+      {"search-results", searchResults},
       {"user-menu",
        [](QQuickWindow *window) {
          if (QQuickItem *bar = findItem(window->contentItem(), QStringLiteral("book_downloaded_dg")))

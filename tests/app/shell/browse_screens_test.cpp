@@ -72,7 +72,14 @@ TEST(BrowseScreens, ASearchBySuggestionToABook) {
     return term != nullptr;
   })) << "the store's suggestions, a word among them";
   tap(term);
-  ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }));
+  auto *books = window.published("AcquisitionListModel");
+  ASSERT_TRUE(waitUntil([&] {
+    return !books->property("isListLoading").toBool() && visible(window, "grid_view") &&
+           !window.texts("gridBookTitle").isEmpty();
+  })) << "the results of the word";
+  QString results;
+  QMetaObject::invokeMethod(books, "getUrl", Q_RETURN_ARG(QString, results));
+  EXPECT_TRUE(results.contains("search?q=")) << results.toStdString();
   const QString first = window.texts("gridBookTitle").front();
   tap(window.shown("gridBookTitle").front());
   ASSERT_TRUE(
