@@ -27,9 +27,10 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     textFormat: Text.RichText
                     elide: Text.ElideRight
-                    text: (model.term === "product" ? "\uD83D\uDCD6 " : "") + SearchSuggestion.addHtmpBackgroundColorTag(model.title)
+                    text: SearchSuggestion.addHtmpBackgroundColorTag(model.title)
                           + (model.author !== "" ? "<br><font color=\"#515151\">" + model.author + "</font>" : "")
                     font.pixelSize: Math.round(20 * LPcontrols2.Global.dp)
+                    font.bold: model.term === "product"
                     color: "black"
                 }
                 LPcontrols2.DottedSeparator {
