@@ -15,6 +15,13 @@ Item {
         title: qsTr("@$UniversalStore")
 
         LPcontrols2.RoundedCornerTextButton {
+            objectName: "openCategories"
+            anchors.verticalCenter: parent.verticalCenter
+            height: Math.round(44 * LPcontrols2.Global.dp)
+            text: qsTr("@Categories")
+            onClicked: root.openCategoryTree()
+        }
+        LPcontrols2.RoundedCornerTextButton {
             objectName: "openSearch"
             anchors.verticalCenter: parent.verticalCenter
             height: Math.round(44 * LPcontrols2.Global.dp)

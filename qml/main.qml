@@ -55,7 +55,24 @@ Window {
         hideAll()
         NavigationHistory.pushListData(url)
         AcquisitionListModel.setModelToUrl(url)
+        SortModel.setModelToUrl(url)
         showBooks()
+    }
+
+    // The same list in another order takes the place of the list on the history.
+    function changeSortType(index) {
+        const url = SortModel.getUrlById(index)
+        if (url === "")
+            return
+        NavigationHistory.popItems(1)
+        navigateAcquisitionList(url)
+    }
+
+    function openCategoryTree() {
+        hideAll()
+        // The tree lies beside the home feed, in the same content language.
+        NavigationHistory.pushListData(RootListModel.getUrl().replace(/home(\?|$)/, "genres$1"))
+        showView(category_tree_view, "CategoryTreeView.qml")
     }
 
     function navigateDetailFromElementList(list_model, num) {
@@ -114,7 +131,12 @@ Window {
         const url = NavigationHistory.current_url
         switch (NavigationHistory.itemType) {
         case HistoryElementType.NavigateItemsList:
+            if (/opds\/genres$/.test(url) || /opds\/genres.productType/.test(url) || /opds\/genres\?content/.test(url)) {
+                showView(category_tree_view, "CategoryTreeView.qml")
+                break
+            }
             AcquisitionListModel.setModelToUrl(url)
+            SortModel.setModelToUrl(url)
             showBooks()
             break
         case HistoryElementType.NavigateSearchList:

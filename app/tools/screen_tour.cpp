@@ -170,6 +170,12 @@ std::vector<View> views(const QUrl &store) {
       {"acquisition-grid", bookList(store, true)},
       {"book-detail", openFirstBook},
       {"book-detail-back", goBack},
+      {"category-tree",
+       [](QQuickWindow *window) {
+         QMetaObject::invokeMethod(window, "openCategoryTree");
+         QObject *tree = published(window, "CategoryTreeListModel");
+         QMetaObject::invokeMethod(tree, "openSublist", Q_ARG(int, 1));
+       }},
       {"search", searchWithSuggestions},
       {"search-results", searchResults},
       {"user-menu",

@@ -158,6 +158,8 @@ void StoreManager::publishToScreens() {
   history_model_.SetHistory(&history_);
   context->setContextProperty("NavigationHistoryModel", &history_model_);
   context->setContextProperty("LastSearch", &last_search_);
+  context->setContextProperty("CategoryTreeListModel", &category_tree_);
+  context->setContextProperty("SortModel", &sort_model_);
   context->setContextProperty("StoreManager", this);
   context->setContextProperty("UserMenu", &user_menu_);
   context->setContextProperty("SearchSuggestion", &search_hints_);
@@ -184,6 +186,7 @@ void StoreManager::updateModelsUrl(bool update_api) {
   if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio" + content);
   history_.popItems(100);
   history_.pushRootItem(base + "home" + content);
+  category_tree_.setModelToUrl(base + "genres" + content);
   language_.setModelToUrl(base + "home" + content);
   if (!update_api) return;
   const std::string api = apiBaseUrl();
@@ -198,6 +201,7 @@ void StoreManager::loadHomeModels() {
   const QString content = QString::fromStdString(language_.content());
   root_model_.setModelToUrl(base + "home" + content);
   if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio" + content);
+  category_tree_.setModelToUrl(base + "genres" + content);
   language_.setModelToUrl(base + "home" + content);
   const std::string api = apiBaseUrl();
   LP_LOG(LP_LOG_INFO, " == == == == SET API BASE URL [%s]", api.c_str());

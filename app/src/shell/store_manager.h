@@ -12,12 +12,14 @@
 #include <vector>
 
 #include "bookstore_api.h"
+#include "category_tree_list_model.h"
 #include "language_model.h"
 #include "last_search_model.h"
 #include "message_meneger.h"
 #include "navigation_history.h"
 #include "navigation_history_model.h"
 #include "opds_list_data_model.h"
+#include "opds_sort_model.h"
 #include "search_hint_model.h"
 #include "start_view.h"
 #include "stores_model.h"
@@ -82,6 +84,8 @@ private:
   NavigationHistory history_;
   NavigationHistoryModel history_model_;
   LastSearchModel last_search_;
+  CategoryTreeListModel category_tree_;
+  OpdsSortModel sort_model_;
   StoresModel stores_;
   LanguageModel language_;
   UserMenuModel user_menu_;

@@ -89,3 +89,38 @@ TEST(BrowseScreens, ASearchBySuggestionToABook) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(BrowseScreens, TheCategoryTreeAndAnotherSortOrder) {
+  DevstoreProcess store;
+  ASSERT_TRUE(store.running());
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+  ASSERT_TRUE(waitUntil([&] { return !window.shown("openCategories").isEmpty(); }));
+  tap(window.shown("openCategories").front());
+  ASSERT_TRUE(
+      waitUntil([&] { return visible(window, "category_tree_view") && window.shown("category").size() == 12; }));
+  tap(window.shown("categoryToggle").front());
+  ASSERT_TRUE(waitUntil([&] { return window.shown("category").size() == 15; })) << "the first genre opened in place";
+  tap(window.shown("category").at(1));
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }));
+
+  ASSERT_TRUE(waitUntil([&] { return !window.shown("sortOrder").isEmpty(); })) << "the genre's sort orders";
+  tap(window.shown("sortOrder").front());
+  ASSERT_TRUE(waitUntil([&] { return window.shown("sortChoice").size() == 4; }));
+  tap(window.shown("sortChoice").at(1));
+  auto *books = window.published("AcquisitionListModel");
+  QString sorted;
+  ASSERT_TRUE(waitUntil([&] {
+    QMetaObject::invokeMethod(books, "getUrl", Q_RETURN_ARG(QString, sorted));
+    return sorted.contains("sort=new");
+  })) << sorted.toStdString();
+
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "category_tree_view"); })) << "the sorted list replaced the list";
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "home"); }));
+}
+
+}  // namespace
