@@ -54,6 +54,14 @@ protected:
         res.set_content(xml, "application/atom+xml");
       });
     }
+    // A template that leads nowhere ahead of the description: the description is the one to use.
+    std::string both = feedXml("Both", 0, 1);
+    both.insert(
+        both.find("<link rel=\"search\""),
+        "<link rel=\"search\" type=\"application/atom+xml;profile=opds-catalog\" href=\"/nowhere?q={searchTerms}\"/>");
+    server_.Get("/both", [both](const httplib::Request &, httplib::Response &res) {
+      res.set_content(both, "application/atom+xml");
+    });
     server_.Get("/osd.xml", [](const httplib::Request &, httplib::Response &res) {
       res.set_content(
           "<OpenSearchDescription xmlns=\"http://a9.com/-/spec/opensearch/1.1/\"><Url type=\"text/html\" "
@@ -206,6 +214,12 @@ TEST_F(DataManagerTest, SearchGoesThroughTheOpenSearchDescription) {
   ASSERT_EQ(results->entries.size(), 2u);
   EXPECT_EQ(results->entries[0]->GetLinkByType(OPDS::Link::kOpenAccess)->href, url("/files/book-100.epub"))
       << "links of a result page are made absolute";
+
+  auto both = manager.GetList(url("/both"));
+  ASSERT_TRUE(pump(manager, [&] { return loaded(both); }));
+  auto preferred = manager.GetSearchList(both, "sea");
+  ASSERT_TRUE(pump(manager, [&] { return loaded(preferred); }));
+  EXPECT_EQ(preferred->getTitle(), "Results for sea") << "the description, whatever link comes first";
 }
 
 // A loopback port that listens but never accepts: a connection to it stays in its queue for accept() to find.

@@ -174,7 +174,7 @@ TEST(FeedParser, EmptyAndMissingValues) {
   EXPECT_EQ(rhymes.id.back(), 'a');
   EXPECT_EQ(rhymes.GetLinkByType(Link::kImage)->href, "http:// clearly not valid");
   EXPECT_EQ(rhymes.categories.at(0)->term, "Children");
-  EXPECT_EQ(rhymes.categories.at(0)->label, "");
+  EXPECT_EQ(rhymes.categories.at(0)->label, "Children") << "a category without a label is named by its term";
 
   const Parsed no_links = ParseSample(kOwnSamples, "tricky-nypl-navigation-entry-without-links.xml");
   EXPECT_TRUE(no_links.feed.entries.at(0)->links.empty());

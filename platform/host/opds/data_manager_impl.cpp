@@ -36,6 +36,18 @@ std::shared_ptr<OPDS::Link> findLink(const ItemsList &list, OPDS::Link::LinkType
   return nullptr;
 }
 
+// A feed may give its search twice, as an Atom template and as an OpenSearch description; the
+// description says best where and how to search.
+std::shared_ptr<OPDS::Link> searchLink(const ItemsList &list) {
+  for (const auto &feed : list.Feeds()) {
+    for (const auto &link : feed->links) {
+      if (link->type == OPDS::Link::kSearch && link->mime.rfind("application/opensearchdescription+xml", 0) == 0)
+        return link;
+    }
+  }
+  return findLink(list, OPDS::Link::kSearch);
+}
+
 }  // namespace
 
 DataManager::Impl::Impl(IDataManagerCallback *callback) : callback_(callback) {}
@@ -140,7 +152,7 @@ std::shared_ptr<ItemsList> DataManager::Impl::cachedList(const std::string &url)
 
 std::shared_ptr<ItemsList> DataManager::Impl::searchList(const std::shared_ptr<ItemsList> &list,
                                                          const std::string &text) {
-  const auto link = list ? findLink(*list, OPDS::Link::kSearch) : nullptr;
+  const auto link = list ? searchLink(*list) : nullptr;
   if (!link) {
     LP_LOG(LP_LOG_WARNING, "No search link in %s", list ? list->url.c_str() : "(null)");
     return nullptr;

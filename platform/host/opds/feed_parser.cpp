@@ -392,6 +392,8 @@ void FeedParser::ReadCategory(const pugi::xml_node &element, Entry *entry) {
   auto category = std::make_shared<OPDS::Category>();
   category->term = AttributeText(element.attribute("term"));
   category->label = AttributeText(element.attribute("label"));
+  // A category without a label is named by its term, so a row of genres never shows blanks.
+  if (category->label.empty()) category->label = category->term;
   if (!category->term.empty() || !category->label.empty()) entry->categories.push_back(std::move(category));
 }
 
