@@ -59,7 +59,7 @@ void OpdsRoutes::install(httplib::Server *server) {
   const auto file = [this](const httplib::Request &req, httplib::Response &res) { serveFile(req, res); };
   server->Get(store + "opds/suggest/?", suggest);
   server->Post(store + "opds/suggest/?", suggest);
-  server->Get(store + "opds/([a-z]+(?:\\.xml)?)", feed);
+  server->Get(store + "opds/([a-z]+(?:\\.xml)?|opensearch/search)", feed);
   server->Get(store + "(download|sample)", file);
   server->Get("/covers/(\\d+)\\.jpg",
               [this](const httplib::Request &req, httplib::Response &res) { serveCover(req, res); });
@@ -102,7 +102,7 @@ std::optional<std::string> OpdsRoutes::feed(const StoreFeeds &feeds, const std::
   }
   if (name == "home" || name == "audio") return feeds.home(*params);
   if (name == "genres") return feeds.genres(*params);
-  if (name == "search") return feeds.search(request.get_param_value("q"), *params);
+  if (name == "opensearch/search") return feeds.search(request.get_param_value("q"), *params);
   if (name == "purchased" || name == "wishlist") return signedInFeed(feeds, name, request, response);
   std::optional<std::string> body;
   const auto id = idParam(request);

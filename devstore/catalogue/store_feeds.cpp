@@ -51,8 +51,8 @@ std::string StoreFeeds::feedId(const std::string &name) const {
   return "urn:lumenpress:" + store_.code + ":" + name;
 }
 
-std::string StoreFeeds::href(const std::string &path, const Query &query) {
-  std::string out = path;
+std::string StoreFeeds::href(const std::string &path, const Query &query) const {
+  std::string out = folder_ + path;
   char separator = '?';
   for (const auto &[key, value] : query) {
     if (value.empty()) continue;
@@ -76,7 +76,7 @@ std::string StoreFeeds::home(const FeedParams &params) const {
   Query self = {{"content", params.content}};
   if (params.page > 1) self.emplace_back("page", std::to_string(params.page));
   FeedWriter feed(feedId(name), audio ? (german ? "Hörbücher" : "Audio books") : store_.name, href(name, self), false);
-  feed.link("start", FeedWriter::kNavigationType, "home");
+  feed.link("start", FeedWriter::kNavigationType, href("home", {}));
   addSearchLinks(&feed);
   for (const auto &language : vocabulary::languages()) {
     const bool active = params.content == language.code;
@@ -125,7 +125,7 @@ std::string StoreFeeds::genres(const FeedParams &params) const {
   const bool audio = params.kind == "audio";
   FeedWriter feed(feedId(audio ? "genres:audio" : "genres"), store_.language == "deu" ? "Genres" : "Categories",
                   href("genres", {{"productType", audio ? "audio" : ""}, {"content", params.content}}), false);
-  feed.link("start", FeedWriter::kNavigationType, "home");
+  feed.link("start", FeedWriter::kNavigationType, href("home", {}));
   for (const auto &genre : catalogue_->genres(store_, audio ? "audio" : "")) {
     if (genre.books == 0) continue;
     const std::string path = genre.parent_slug.empty() ? genre.slug : genre.parent_slug + "::" + genre.slug;
@@ -165,7 +165,7 @@ std::optional<std::string> StoreFeeds::list(const std::string &name, const FeedP
     title = catalogue_->seriesTitle(*seriesId).value_or("");
   } else if (name == "collections") {
     FeedWriter feed(feedId("collections"), german ? "Sammlungen" : "Collections", href("list", {{"name", name}}), true);
-    feed.link("start", FeedWriter::kNavigationType, "home");
+    feed.link("start", FeedWriter::kNavigationType, href("home", {}));
     for (const auto &collection : catalogue_->collections()) addCollection(&feed, collection, params);
     return feed.xml();
   } else {
@@ -189,7 +189,7 @@ std::optional<std::string> StoreFeeds::item(long long id) const {
   const auto book = catalogue_->book(store_, id);
   if (!book) return std::nullopt;
   FeedWriter feed(feedId("item:" + std::to_string(id)), book->title, href("item", {{"id", std::to_string(id)}}), true);
-  feed.link("start", FeedWriter::kNavigationType, "home");
+  feed.link("start", FeedWriter::kNavigationType, href("home", {}));
   addBook(&feed, *book, false);
   return feed.xml();
 }
@@ -253,7 +253,9 @@ std::string StoreFeeds::search(const std::string &terms, const FeedParams &param
   books.kind = params.kind == "audio" ? "audio" : "";
   books.sort = params.sort;
   const std::string title = (store_.language == "deu" ? "Suche: " : "Search: ") + terms;
-  return bookList(feedId("search"), title, "search", {{"q", terms}}, books, params);
+  StoreFeeds deeper(*this);
+  deeper.folder_ = "../";
+  return deeper.bookList(feedId("search"), title, "opensearch/search", {{"q", terms}}, books, params);
 }
 
 std::string StoreFeeds::purchased(long long customerId, const FeedParams &params) const {
@@ -281,7 +283,7 @@ std::string StoreFeeds::openSearchDescription() const {
   root.append_child("InputEncoding").text().set("UTF-8");
   auto url = root.append_child("Url");
   url.append_attribute("type") = kAtom;
-  url.append_attribute("template") = (feedPath("search") + "?q={searchTerms}&page={startPage?}").c_str();
+  url.append_attribute("template") = (feedPath("opensearch/search") + "?q={searchTerms}&page={startPage?}").c_str();
   std::ostringstream out;
   document.save(out, "", pugi::format_raw);
   return out.str();
@@ -294,7 +296,7 @@ std::string StoreFeeds::bookList(const std::string &id, const std::string &title
   Query self = with(query, params, true);
   if (params.page > 1) self.emplace_back("page", std::to_string(params.page));
   FeedWriter feed(id, title, href(path, self), true);
-  feed.link("start", FeedWriter::kNavigationType, "home");
+  feed.link("start", FeedWriter::kNavigationType, href("home", {}));
   addSearchLinks(&feed);
   addPages(&feed, path, query, params, page.total, Catalogue::kPageSize);
   addFacets(&feed, path, query, params);
@@ -335,8 +337,8 @@ void StoreFeeds::addFacets(FeedWriter *feed, const std::string &path, const Quer
 }
 
 void StoreFeeds::addSearchLinks(FeedWriter *feed) const {
-  feed->link("search", "application/opensearchdescription+xml", "opensearch.xml", "Search");
-  feed->link("search", kAtom, "search?q={searchTerms}", "Search");
+  feed->link("search", "application/opensearchdescription+xml", href("opensearch.xml", {}), "Search");
+  feed->link("search", kAtom, href("opensearch/search", {}) + "?q={searchTerms}", "Search");
 }
 
 void StoreFeeds::addRow(FeedWriter *feed, const std::string &id, const std::string &title,
@@ -372,8 +374,7 @@ void StoreFeeds::addBookLinks(pugi::xml_node entry, const BookRecord &book, bool
     const bool german = store_.language == "deu";
     FeedWriter::link(entry, "related", FeedWriter::kAcquisitionType, href("related", {{"id", id}}),
                      german ? "Ähnliche Bücher" : "You may also like");
-    FeedWriter::link(entry, "related", FeedWriter::kNavigationType, href("itemgenres", {{"id", id}}),
-                     german ? "Genres" : "Genres");
+    FeedWriter::link(entry, names::kGenresRel, FeedWriter::kNavigationType, href("itemgenres", {{"id", id}}), "Genres");
   }
   if (book.series_id) {
     FeedWriter::link(entry, names::kSeriesRel, FeedWriter::kAcquisitionType,

@@ -66,11 +66,14 @@ private:
                 int perPage) const;
   std::string feedId(const std::string &name) const;
 
-  static std::string href(const std::string &path, const Query &query);
+  // Relative to the folder of the feed being written.
+  std::string href(const std::string &path, const Query &query) const;
   static Query with(Query query, const FeedParams &params, bool withSort);
 
   const Catalogue *catalogue_;
   StoreRecord store_;
+  // "../" while the search is written: it lies one folder deeper, at "opensearch/search".
+  std::string folder_;
 };
 
 }  // namespace devstore

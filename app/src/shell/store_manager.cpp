@@ -20,6 +20,7 @@
 #include "feed_provider.h"
 #include "hwconfig.h"
 #include "lp_log.h"
+#include "opds_genre_model.h"
 #include "panelkit.h"
 #include "panelkit_draw.h"
 #include "smart_bitmap.h"
@@ -84,6 +85,7 @@ void StoreManager::connectModels() {
   connect(&FeedProvider::Instance(), &FeedProvider::feedStatusChanged, this, &StoreManager::handleFeedStatusChanged,
           Qt::QueuedConnection);
   connect(&stores_, &StoresModel::storesChanged, this, &StoreManager::handleStoresChanged);
+  connect(&stores_, &StoresModel::storesChanged, OpdsGenreModel::instance(), &OpdsGenreModel::handleStoresChanged);
   connect(&stores_, &StoresModel::storeLangCodeChanged, this, &StoreManager::handleStoreLangCodeChanged);
   connect(&language_, &LanguageModel::preferablyLanguageChanged, this, &StoreManager::handelPreferedLanguageChanged);
   connect(&stores_watcher_, &QFutureWatcherBase::finished, this, &StoreManager::handleFinished);
@@ -120,6 +122,7 @@ int StoreManager::Init(int, char **) {
   const std::string token = user_data_->getAccessToken();
   if (!token.empty()) catalogue().AddBearerCredentials(opdsBaseUrl().toStdString(), token);
   updateModelsUrl(true);
+  OpdsGenreModel::instance()->handleStoresChanged(QString::fromStdString(currentStoreUrl()));
   getStoresList();
   publishToScreens();
   std::fprintf(stderr, "\n\n\n\n+++++++++++++++ All the STAFF takes %6.6f\n\n\n\n", secondsSince(start));
@@ -154,11 +157,14 @@ void StoreManager::publishToScreens() {
   context->setContextProperty("DetailModel", &BookDetailDataModel::Instance());
   context->setContextProperty("AcquisitionListModel", &acquisition_model_);
   context->setContextProperty("NavigationHistory", &history_);
+  context->setContextProperty("FeedLinksModel", &feed_links_);
+  context->setContextProperty("FeaturedLinksModel", &featured_links_);
   context->setContextProperty("DownloadingMessenger", download_messenger_);
   history_model_.SetHistory(&history_);
   context->setContextProperty("NavigationHistoryModel", &history_model_);
   context->setContextProperty("LastSearch", &last_search_);
   context->setContextProperty("CategoryTreeListModel", &category_tree_);
+  context->setContextProperty("GenreModel", OpdsGenreModel::instance());
   context->setContextProperty("SortModel", &sort_model_);
   context->setContextProperty("StoreManager", this);
   context->setContextProperty("UserMenu", &user_menu_);
@@ -186,6 +192,8 @@ void StoreManager::updateModelsUrl(bool update_api) {
   if (_device_has_audio()) audio_model_.setModelToUrl(base + "audio" + content);
   history_.popItems(100);
   history_.pushRootItem(base + "home" + content);
+  feed_links_.setListUrl(base + "home" + content, -1);
+  featured_links_.setListUrl(base + "home" + content);
   category_tree_.setModelToUrl(base + "genres" + content);
   language_.setModelToUrl(base + "home" + content);
   if (!update_api) return;

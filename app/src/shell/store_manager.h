@@ -13,6 +13,8 @@
 
 #include "bookstore_api.h"
 #include "category_tree_list_model.h"
+#include "featured_links_model.h"
+#include "feed_links_model.h"
 #include "language_model.h"
 #include "last_search_model.h"
 #include "message_meneger.h"
@@ -82,6 +84,8 @@ private:
   OpdsListDataModel acquisition_model_;
   OpdsListDataModel audio_model_;
   NavigationHistory history_;
+  FeaturedLinksModel featured_links_;
+  FeedLinksModel feed_links_;
   NavigationHistoryModel history_model_;
   LastSearchModel last_search_;
   CategoryTreeListModel category_tree_;

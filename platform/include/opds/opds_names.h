@@ -6,6 +6,8 @@ namespace lumenpress::opds::names {
 
 constexpr const char kNamespace[] = "urn:lumenpress:opds";
 constexpr const char kSeriesRel[] = "urn:lumenpress:series";
+// The genres of one book: a list of genres, not of books.
+constexpr const char kGenresRel[] = "urn:lumenpress:genres";
 
 // Elements of an entry in the store's namespace.
 constexpr const char kKind[] = "kind";

@@ -111,10 +111,10 @@ protected:
     feed = store.get(store.opds() + "item?id=5").body;
     Model::Instance().setEntry(handMade("1.00", "0", "EUR"), 0);
     Model::Instance().setEntry(loaded(store.opds() + "item?id=5"), 0);
-    // The book's genres lie below the same path; they are in before the book is answered anew.
+    // The related list lies below the same path; it is in before the book is answered anew.
     ASSERT_TRUE(waitUntil([&] {
       for (const Json::Value &request : store.requests()) {
-        if (request["path"].asString() == "/de_de/lpress/opds/itemgenres") return true;
+        if (request["path"].asString() == "/de_de/lpress/opds/related") return true;
       }
       return false;
     }));
