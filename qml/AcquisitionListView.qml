@@ -17,6 +17,16 @@ Item {
     function positionToElement(position) {
         shown.positionViewAtIndex(position, ListView.Beginning)
     }
+    // The first book on the page, for the way back.
+    function currentPosition() {
+        return Math.max(0, shown.indexAt(Math.round(shown.width / 6), shown.contentY + 1))
+    }
+    // What a cover says of a book besides its picture.
+    function coverInfo(row) {
+        if (row.in_stock === false)
+            return qsTr("@OutOfStock")
+        return row.old_price_with_code !== undefined && row.old_price_with_code !== "" ? qsTr("@Sale") : ""
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -69,7 +79,14 @@ Item {
                 coverUrl: model.cover_url !== undefined ? model.cover_url : ""
                 rating: model.rating !== undefined ? model.rating : 0
                 isAudio: model.book_type === "audio"
+                groupedUrls: model.grouped_url_list !== undefined ? model.grouped_url_list : []
+                info: view.coverInfo(model)
                 onClicked: root.navigateDetailFromElementList(view.books, index)
+            }
+            footer: LoadingCover {
+                width: ListView.view.width
+                height: view.books === null || view.books.noNextPage ? 0 : BookstoreConstants.bookElementListHeight
+                running: view.loading && view.count > 0
             }
             onAtYEndChanged: if (atYEnd && count > 0 && !view.books.noNextPage) view.books.loadNext()
         }
@@ -90,7 +107,14 @@ Item {
                 price: model.price_with_code !== undefined ? model.price_with_code : ""
                 coverUrl: model.cover_url !== undefined ? model.cover_url : ""
                 isAudio: model.book_type === "audio"
+                groupedUrls: model.grouped_url_list !== undefined ? model.grouped_url_list : []
+                info: view.coverInfo(model)
                 onClicked: root.navigateDetailFromElementList(view.books, index)
+            }
+            footer: LoadingCover {
+                width: GridView.view.cellWidth - BookstoreConstants.defaultElementClearanceHor
+                height: view.books === null || view.books.noNextPage ? 0 : Math.round(width * 1.5)
+                running: view.loading && view.count > 0
             }
             function pageForward() {
                 contentY = Math.min(contentY + height, Math.max(0, contentHeight - height))
@@ -123,13 +147,6 @@ Item {
         objectName: "listBusy"
         anchors.centerIn: parent
         running: view.loading && view.count === 0
-    }
-    LPcontrols2.BusyIndicator {
-        objectName: "listNextPageBusy"
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
-        running: view.loading && view.count > 0
-        label: qsTr("@LoadingMore")
     }
     EmptyStore {
         anchors.fill: content

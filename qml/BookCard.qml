@@ -10,14 +10,18 @@ Item {
     property string price: ""
     property string coverUrl: ""
     property bool isAudio: false
+    property var groupedUrls: []
+    property string info: ""
     signal clicked()
 
-    Cover {
+    CoverWithInfo {
         id: cover
         width: parent.width
         height: card.isAudio ? width : Math.round(width * 1.5)
         url: card.coverUrl
         title: card.bookTitle
+        groupedUrls: card.groupedUrls
+        info: card.info
     }
     Column {
         anchors.top: cover.bottom

@@ -82,6 +82,13 @@ Item {
                 }
             }
         }
+        RoundButtonsRow {
+            objectName: "bookGenres"
+            width: parent.width
+            caption: qsTr("@Genres")
+            model: GenreModel
+            onChosen: root.navigateAcquisitionList(GenreModel.getUrl(index))
+        }
         Text {
             objectName: "detailDescription"
             width: parent.width
@@ -114,6 +121,12 @@ Item {
                     }
                 }
             }
+        }
+        RoundButtonsRow {
+            objectName: "bookLists"
+            width: parent.width
+            model: FeedLinksModel
+            onChosen: root.navigateAcquisitionList(FeedLinksModel.getUrl(index))
         }
     }
 }

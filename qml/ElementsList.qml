@@ -10,6 +10,14 @@ Item {
     property var listModel: null
     readonly property bool loading: listModel !== null && (listModel.isListLoading || listModel.isReloading)
 
+    function positionToElement(position) {
+        rows.positionViewAtIndex(position, ListView.Beginning)
+    }
+    // The first row on the page, for the way back.
+    function currentPosition() {
+        return Math.max(0, rows.indexAt(rows.width / 2, rows.contentY + 1))
+    }
+
     LPcontrols2.CachedListView {
         id: rows
         objectName: "homeRows"

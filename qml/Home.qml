@@ -2,9 +2,17 @@ import QtQuick 2.15
 import com.lumenpress.controls 2.0 as LPcontrols2
 import com.lumenpress.bookstore 1.0
 
-// The home page: the store's header above the rows of its home feed.
+// The home page: the store's header and the ways into the catalogue above the rows of its
+// home feed.
 Item {
     id: home_page
+
+    function positionToElement(position) {
+        rows.positionToElement(position)
+    }
+    function currentPosition() {
+        return rows.currentPosition()
+    }
 
     LPcontrols2.AppHeader {
         id: header
@@ -14,13 +22,6 @@ Item {
         height: Math.round(64 * LPcontrols2.Global.dp)
         title: qsTr("@$UniversalStore")
 
-        LPcontrols2.RoundedCornerTextButton {
-            objectName: "openCategories"
-            anchors.verticalCenter: parent.verticalCenter
-            height: Math.round(44 * LPcontrols2.Global.dp)
-            text: qsTr("@Categories")
-            onClicked: root.openCategoryTree()
-        }
         LPcontrols2.RoundedCornerTextButton {
             objectName: "openSearch"
             anchors.verticalCenter: parent.verticalCenter
@@ -35,9 +36,14 @@ Item {
         }
     }
 
+    MmRoundButtonsRow {
+        id: ways_in
+        anchors.top: header.bottom
+        width: parent.width
+    }
     ElementsList {
         id: rows
-        anchors.top: header.bottom
+        anchors.top: ways_in.bottom
         anchors.bottom: parent.bottom
         width: parent.width
         listModel: RootListModel

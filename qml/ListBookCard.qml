@@ -13,18 +13,22 @@ Rectangle {
     property string coverUrl: ""
     property real rating: 0
     property bool isAudio: false
+    property var groupedUrls: []
+    property string info: ""
     signal clicked()
 
     height: BookstoreConstants.bookElementListHeight
     color: area.pressed ? "#e0e0e0" : "white"
 
-    Cover {
+    CoverWithInfo {
         id: cover
         anchors.verticalCenter: parent.verticalCenter
         height: parent.height - 2 * BookstoreConstants.defaultElementClearanceVer
         width: card.isAudio ? height : Math.round(height / 1.5)
         url: card.coverUrl
         title: card.bookTitle
+        groupedUrls: card.groupedUrls
+        info: card.info
     }
     Column {
         anchors.left: cover.right

@@ -20,19 +20,11 @@ Item {
     width: tileWidth
     height: stackHeight + text.height + BookstoreConstants.defaultImageClearence
 
-    Repeater {
-        model: group.covers.length
-        Cover {
-            // The first cover lies in front, the others rise behind it to the right.
-            readonly property int depth: group.covers.length - 1 - index
-            z: -index
-            x: Math.round(index * BookstoreConstants.topImageInterval)
-            y: Math.round(index * BookstoreConstants.topImageBordeInterval * -1 + (group.covers.length - 1) * BookstoreConstants.topImageBordeInterval)
-            width: group.tileWidth - (group.covers.length - 1) * BookstoreConstants.topImageInterval
-            height: group.stackHeight - (group.covers.length - 1) * BookstoreConstants.topImageBordeInterval
-            url: group.covers[index]
-            title: index === 0 ? group.bookTitle : ""
-        }
+    SeriesImage {
+        width: group.tileWidth
+        height: group.stackHeight
+        covers: group.covers
+        title: group.bookTitle
     }
     Column {
         id: text

@@ -42,50 +42,17 @@ Row {
     }
     Component.onCompleted: sortOrders = SortModel.rowCount()
 
-    // The list's sort orders, below the header; the one in force is marked.
-    Rectangle {
+    // The list's sort orders, below the header; the one in force is ticked.
+    ContextMenu {
         id: sort_menu
         objectName: "sortMenu"
         parent: control.Window.contentItem
-        visible: false
-        z: 100
         x: parent ? parent.width - width - Math.round(16 * LPcontrols2.Global.dp) : 0
         y: Math.round(64 * LPcontrols2.Global.dp)
-        width: Math.round(300 * LPcontrols2.Global.dp)
-        height: orders.height + 2 * border.width
-        border.color: "black"
-        border.width: Math.round(3 * LPcontrols2.Global.dp)
-        Column {
-            id: orders
-            x: sort_menu.border.width
-            y: sort_menu.border.width
-            width: sort_menu.width - 2 * x
-            Repeater {
-                model: SortModel
-                delegate: Rectangle {
-                    objectName: "sortChoice"
-                    property string text: model.text_
-                    width: orders.width
-                    height: Math.round(56 * LPcontrols2.Global.dp)
-                    color: sort_area.pressed ? "black" : "white"
-                    Text {
-                        anchors.verticalCenter: parent.verticalCenter
-                        x: Math.round(16 * LPcontrols2.Global.dp)
-                        text: (model.is_active ? "\u2713  " : "") + model.text_
-                        font.pixelSize: Math.round(20 * LPcontrols2.Global.dp)
-                        font.bold: model.is_active
-                        color: sort_area.pressed ? "white" : "black"
-                    }
-                    MouseArea {
-                        id: sort_area
-                        anchors.fill: parent
-                        onClicked: {
-                            sort_menu.visible = false
-                            root.changeSortType(index)
-                        }
-                    }
-                }
-            }
-        }
+        model: SortModel
+        textRole: "text_"
+        activeRole: "is_active"
+        choiceName: "sortChoice"
+        onChosen: root.changeSortType(index)
     }
 }

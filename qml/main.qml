@@ -50,13 +50,47 @@ Window {
             showView(grid_view, "AcquisitionGridView.qml")
     }
 
-    function navigateAcquisitionList(url) {
-        NavigationHistory.setPosition(0)
+    function booksView() {
+        return UserData.display_role === "list" ? acquisition_view : grid_view
+    }
+
+    // The page being left keeps how far it was scrolled, for the way back.
+    function rememberPosition() {
+        for (const view of [home, acquisition_view, grid_view]) {
+            if (view.visible && view.item && view.item.currentPosition) {
+                NavigationHistory.setPosition(view.item.currentPosition())
+                return
+            }
+        }
+    }
+
+    // The view's rows may arrive from the cache only after it is shown.
+    function restorePosition(view) {
+        const position = NavigationHistory.getPosition()
+        if (view === home)
+            console.log("Try to Position Home list to " + position)
+        Qt.callLater(function() {
+            if (view.item && view.item.positionToElement)
+                view.item.positionToElement(position)
+        })
+    }
+
+    function genresUrl() {
+        // The tree lies beside the home feed, in the same content language.
+        return RootListModel.getUrl().replace(/home(\?|$)/, "genres$1")
+    }
+
+    function openList(url) {
         hideAll()
         NavigationHistory.pushListData(url)
         AcquisitionListModel.setModelToUrl(url)
         SortModel.setModelToUrl(url)
         showBooks()
+    }
+
+    function navigateAcquisitionList(url) {
+        rememberPosition()
+        openList(url)
     }
 
     // The same list in another order takes the place of the list on the history.
@@ -65,38 +99,60 @@ Window {
         if (url === "")
             return
         NavigationHistory.popItems(1)
-        navigateAcquisitionList(url)
+        openList(url)
     }
 
     function openCategoryTree() {
+        rememberPosition()
         hideAll()
-        // The tree lies beside the home feed, in the same content language.
-        NavigationHistory.pushListData(RootListModel.getUrl().replace(/home(\?|$)/, "genres$1"))
+        NavigationHistory.pushListData(genresUrl())
         showView(category_tree_view, "CategoryTreeView.qml")
     }
 
+    function updateCategoryTree() {
+        CategoryTreeListModel.setModelToUrl(genresUrl())
+    }
+
+    function openPopularGenres() {
+        rememberPosition()
+        hideAll()
+        NavigationHistory.pushGenreList(genresUrl())
+        showView(popular_genres_view, "PopularGenresView.qml")
+    }
+
+    // The book's genres and lists come from the list that holds it.
+    function showDetail(url, num) {
+        GenreModel.setGenreModelTo(url, num)
+        FeedLinksModel.setListUrl(url, num)
+        showView(detail_view, "BookDetailView.qml")
+    }
+
     function navigateDetailFromElementList(list_model, num) {
+        rememberPosition()
         hideAll()
         NavigationHistory.pushDetailedList(list_model.getUrl(), num)
         list_model.setDetailModelTo(num)
-        showView(detail_view, "BookDetailView.qml")
+        showDetail(list_model.getUrl(), num)
     }
 
     function navigateDetail(url, num) {
+        rememberPosition()
         hideAll()
         NavigationHistory.pushDetailedList(url, num)
         DetailModel.setEntry(url, num)
-        showView(detail_view, "BookDetailView.qml")
+        showDetail(url, num)
     }
 
     function navigateDetailByEntryUrl(url) {
+        rememberPosition()
         hideAll()
         NavigationHistory.pushDetailedList(url, 0)
         DetailModel.setEntryUrl(url)
-        showView(detail_view, "BookDetailView.qml")
+        showDetail(url, 0)
     }
 
     function openSearchView() {
+        rememberPosition()
         hideAll()
         SearchSuggestion.resetSuggestion()
         search_view.source = ""
@@ -138,18 +194,24 @@ Window {
             AcquisitionListModel.setModelToUrl(url)
             SortModel.setModelToUrl(url)
             showBooks()
+            restorePosition(booksView())
             break
         case HistoryElementType.NavigateSearchList:
             AcquisitionListModel.setModelToUrl(url)
             showBooks()
+            restorePosition(booksView())
             break
         case HistoryElementType.NavigateElement:
             DetailModel.setEntry(url, NavigationHistory.item_num)
-            showView(detail_view, "BookDetailView.qml")
+            showDetail(url, NavigationHistory.item_num)
+            break
+        case HistoryElementType.NavigateGenreList:
+            showView(popular_genres_view, "PopularGenresView.qml")
             break
         default:
             console.log("Open home")
             home.visible = true
+            restorePosition(home)
         }
     }
 

@@ -120,10 +120,16 @@ void signIn(QQuickWindow *window) {
   openUserMenu(window);
 }
 
+// The download bar of an earlier view would cover the foot of the later ones.
+void dismissDownloadBar(QQuickWindow *window) {
+  if (QQuickItem *bar = findItem(window->contentItem(), QStringLiteral("book_downloaded_dg"))) bar->setVisible(false);
+}
+
 // The popular books of the store, shown as the user's layout has it.
 std::function<void(QQuickWindow *)> bookList(const QUrl &store, bool grid) {
   const QString url = store.resolved(QUrl(QStringLiteral("lpress/opds/list?name=popular"))).toString();
   return [url, grid](QQuickWindow *window) {
+    dismissDownloadBar(window);
     QMetaObject::invokeMethod(window, "navigateAcquisitionList", Q_ARG(QVariant, url));
     QMetaObject::invokeMethod(window, "switchToGrid", Q_ARG(QVariant, grid));
   };
@@ -176,6 +182,7 @@ std::vector<View> views(const QUrl &store) {
          QObject *tree = published(window, "CategoryTreeListModel");
          QMetaObject::invokeMethod(tree, "openSublist", Q_ARG(int, 1));
        }},
+      {"popular-genres", [](QQuickWindow *window) { QMetaObject::invokeMethod(window, "openPopularGenres"); }},
       {"search", searchWithSuggestions},
       {"search-results", searchResults},
       {"user-menu",

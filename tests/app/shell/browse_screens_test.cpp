@@ -107,8 +107,12 @@ TEST(BrowseScreens, TheCategoryTreeAndAnotherSortOrder) {
   ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }));
 
   ASSERT_TRUE(waitUntil([&] { return !window.shown("sortOrder").isEmpty(); })) << "the genre's sort orders";
-  tap(window.shown("sortOrder").front());
-  ASSERT_TRUE(waitUntil([&] { return window.shown("sortChoice").size() == 4; }));
+  // The button is laid out in the header at the next frame after it appears.
+  ASSERT_TRUE(waitUntil([&] {
+    if (window.shown("sortChoice").size() == 4) return true;
+    tap(window.shown("sortOrder").front());
+    return false;
+  }));
   tap(window.shown("sortChoice").at(1));
   auto *books = window.published("AcquisitionListModel");
   QString sorted;
@@ -119,6 +123,78 @@ TEST(BrowseScreens, TheCategoryTreeAndAnotherSortOrder) {
 
   tap(window.shown("headerBack").front());
   ASSERT_TRUE(waitUntil([&] { return visible(window, "category_tree_view"); })) << "the sorted list replaced the list";
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "home"); }));
+}
+
+}  // namespace
+
+namespace {
+
+int firstShownRow(const StoreWindow &window) {
+  QVariant row(-1);
+  QQuickItem *list = window.shown("bookList").value(0);
+  if (list) QMetaObject::invokeMethod(list->parentItem()->parentItem(), "currentPosition", Q_RETURN_ARG(QVariant, row));
+  return row.toInt();
+}
+
+TEST(BrowseScreens, ABooksGenreAndBackToWhereTheListWasScrolled) {
+  DevstoreProcess store;
+  ASSERT_TRUE(store.running());
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+  ASSERT_TRUE(waitUntil([&] { return window.shown("rowTitle").size() > 1; }));
+  tap(window.shown("rowTitle").at(1));
+  ASSERT_TRUE(
+      waitUntil([&] { return !window.shown("showAsList").isEmpty() && !window.texts("gridBookTitle").isEmpty(); }));
+  tap(window.shown("showAsList").front());
+  ASSERT_TRUE(waitUntil([&] { return window.shown("listBookTitle").size() > 3; }));
+  QQuickItem *list = window.shown("bookList").front();
+  QMetaObject::invokeMethod(list, "positionViewAtIndex", Q_ARG(int, 6), Q_ARG(int, 0));
+  ASSERT_TRUE(waitUntil([&] { return firstShownRow(window) == 6; }));
+
+  // Rows a page ahead and behind are made too; the tap goes to one on the screen.
+  for (QQuickItem *title : window.shown("listBookTitle")) {
+    const qreal y = title->mapToItem(list, QPointF(0, 0)).y();
+    if (y > 0 && y < list->height() / 2) {
+      tap(title);
+      break;
+    }
+  }
+  QQuickItem *genre = nullptr;
+  ASSERT_TRUE(waitUntil([&] {
+    const QList<QQuickItem *> genres = window.shown("bookGenres");
+    for (QQuickItem *button : window.shown("roundButton")) {
+      if (!genres.isEmpty() && genres.front()->isAncestorOf(button)) genre = button;
+    }
+    return visible(window, "detail_view") && genre != nullptr;
+  })) << "the book's genres";
+  tap(genre);
+  QString shownList;
+  ASSERT_TRUE(waitUntil([&] {
+    QMetaObject::invokeMethod(window.published("AcquisitionListModel"), "getUrl", Q_RETURN_ARG(QString, shownList));
+    return visible(window, "acquisition_view") && shownList.contains("genre?id=");
+  })) << shownList.toStdString();
+
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "detail_view"); }));
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "acquisition_view") && firstShownRow(window) == 6; }))
+      << "the list scrolled as it was, not at its top: " << firstShownRow(window);
+}
+
+TEST(BrowseScreens, PopularGenresLeadToAGenreAndBack) {
+  DevstoreProcess store;
+  ASSERT_TRUE(store.running());
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+  ASSERT_TRUE(waitUntil([&] { return !window.shown("openPopularGenres").isEmpty(); }));
+  tap(window.shown("openPopularGenres").front());
+  ASSERT_TRUE(waitUntil([&] { return window.shown("popularGenre").size() == 12; })) << "the top level only";
+  tap(window.shown("popularGenre").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }));
+  tap(window.shown("headerBack").front());
+  ASSERT_TRUE(waitUntil([&] { return visible(window, "popular_genres_view"); }));
   tap(window.shown("headerBack").front());
   ASSERT_TRUE(waitUntil([&] { return visible(window, "home"); }));
 }
