@@ -126,9 +126,10 @@ void DeviceTree::fill(const std::string &root) {
     std::fprintf(stderr, "device tree: cannot create %s%s\n", root.c_str(), SecretCipher::kKeyPath);
   installFiles(LP_LANG_SOURCE_DIR, ".txt", root + "/coreapp/lang");
   installFiles(LP_RESOURCE_SOURCE_DIR, ".png", root + "/coreapp/resources");
+  installFiles(LP_LICENSE_SOURCE_DIR, ".html", root + "/coreapp/license");
 }
 
-// Language files and resources follow the build: a newer build's files replace older copies.
+// Language files, resources and the built-in legal documents follow the build: a newer build's files replace older copies.
 void DeviceTree::installFiles(const char *source, const char *extension, const std::string &folder) {
   std::error_code error;
   for (const auto &entry : fs::directory_iterator(source, error)) {
