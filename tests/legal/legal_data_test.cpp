@@ -155,6 +155,7 @@ TEST(LegalStore, ALockFileThatCannotBeMadeDoesNotStopTheStore) {
   LegalAgreement agreement;
   ASSERT_EQ(store.getAgreement(kPrivacy, "1.0", agreement), LegalData::kOk);
   EXPECT_EQ(agreement.status, LegalAgreement::kPreagreed);
+  fs::remove(MapDevicePath(LegalData::kLockPath));
 }
 
 TEST(LegalStore, TwoProcessesAgreeingAtOnceBothKeepTheirs) {
