@@ -37,6 +37,7 @@ bool StoreServer::open(std::string *error) {
   rest_.install(&server_);
   pages_.install(&server_);
   accounts_.install(&server_);
+  legal_.install(&server_);
   control_.install(&server_);
   port_ = options_.port == 0 ? server_.bind_to_any_port("127.0.0.1") : options_.port;
   if (options_.port != 0 && !server_.bind_to_port("127.0.0.1", options_.port)) port_ = -1;

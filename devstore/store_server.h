@@ -13,6 +13,7 @@
 #include "control_routes.h"
 #include "database.h"
 #include "fault_injector.h"
+#include "legal_routes.h"
 #include "opds_routes.h"
 #include "options.h"
 #include "order_service.h"
@@ -56,6 +57,7 @@ private:
   RestRoutes rest_{&db_, &catalogue_, &tokens_, &orders_};
   PaymentPages pages_{&db_, &catalogue_, &orders_};
   ServiceTokenRoutes accounts_{&db_, &tokens_};
+  LegalRoutes legal_{&db_};
   ControlRoutes control_{&db_, &log_, &faults_, &tokens_, &pages_};
   httplib::Server server_;
   int port_ = 0;

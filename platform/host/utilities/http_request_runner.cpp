@@ -10,6 +10,7 @@
 #include <string>
 
 #include "lp_log.h"
+#include "service_address.h"
 
 namespace lumenpress::utilities {
 
@@ -106,7 +107,7 @@ int HttpRequestRunner::PerformRequest(const HttpRequest &request, long *httpCode
   EasyHandle curl(curl_easy_init(), curl_easy_cleanup);
   LP_CHECK_RET(curl, static_cast<int>(CURLE_FAILED_INIT));
 
-  const std::string url = request.encoded_url();
+  const std::string url = ServiceAddress::resolve(request.encoded_url());
   const std::string noProxy = noProxyList();
   const HeaderList headers = headerList(request);
   std::vector<char> body;
