@@ -16,14 +16,13 @@ namespace lumenpress::legal {
 namespace {
 
 struct BuiltIn {
-  const char *prefix;
   const char *name;
   const char *title;
 };
 
 constexpr BuiltIn kBuiltIns[] = {
-    {"e-ink-EULA", "e-ink|EULA", "@EULA"},
-    {"e-ink-PRIVACYNOTICE", "e-ink|PRIVACYNOTICE", "@PrivacyNotice"},
+    {"e-ink|EULA", "@EULA"},
+    {"e-ink|PRIVACYNOTICE", "@PrivacyNotice"},
 };
 
 bool endsWith(const std::string &text, const std::string &end) {
@@ -31,6 +30,15 @@ bool endsWith(const std::string &text, const std::string &end) {
 }
 
 }  // namespace
+
+std::string BuiltInDocuments::fileStem(const std::string &name) {
+  static const std::string kReplaced = "*!#$%&()@^`{}~'+.,;=[]?<:>|\"/";
+  std::string stem = name;
+  for (char &c : stem) {
+    if (kReplaced.find(c) != std::string::npos) c = '_';
+  }
+  return stem;
+}
 
 std::string BuiltInDocuments::languageGroup(const std::string &language) {
   if (language == "be" || language == "gr") return "ru";
@@ -77,7 +85,8 @@ void BuiltInDocuments::seed(LegalDocuments *documents) {
   std::int64_t order = 0;
   for (const BuiltIn &built_in : kBuiltIns) {
     Candidate chosen;
-    const bool found = pick(built_in.prefix, language, &chosen) || pick(built_in.prefix, "en", &chosen);
+    const std::string stem = fileStem(built_in.name);
+    const bool found = pick(stem, language, &chosen) || pick(stem, "en", &chosen);
     ++order;
     if (!found) continue;
     if (chosen.suffixed)

@@ -1,6 +1,6 @@
 // The EULA and privacy notice the device carries under "/coreapp/license", one file per
 // document, language and version, some made for devices without audio (".no-a") or without
-// wireless network (".no-w"): "e-ink-EULA_en_1.0.html", "e-ink-EULA_en_1.0.no-a.html".
+// wireless network (".no-w"): "e-ink_EULA_en_1.0.html", "e-ink_EULA_en_1.0.no-a.html".
 #ifndef LUMENPRESS_LEGAL_BUILT_IN_DOCUMENTS_H
 #define LUMENPRESS_LEGAL_BUILT_IN_DOCUMENTS_H
 
@@ -21,6 +21,8 @@ public:
   static std::string languageGroup(const std::string &language);
   // The suffixes made for this device, the most fitting first.
   static std::vector<std::string> deviceSuffixes();
+  // A document name as it begins a file name: "e-ink|EULA" is "e-ink_EULA".
+  static std::string fileStem(const std::string &name);
 
 private:
   struct Candidate {

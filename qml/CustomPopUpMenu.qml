@@ -29,7 +29,7 @@ Item {
         close()
         if (UserData.isLoggedIn() && StoresModel.isNeedAutoLogout(index))
             root.askAutoLogout(index)
-        else
+        else if (StoresModel.isLegalAccepted(index, UserData.getUserEmail()))
             StoresModel.setModelToIndex(index)
     }
 

@@ -331,7 +331,11 @@ Window {
             visible: true
             // Either answer closes the dialog before it is given: the loader lets go of it afterwards.
             onClosed: Qt.callLater(function() { auto_logout_confirmation_dialog.sourceComponent = undefined })
-            onAccepted: StoresModel.setModelToIndex(auto_logout_confirmation_dialog.store_index)
+            onAccepted: {
+                const index = auto_logout_confirmation_dialog.store_index
+                if (StoresModel.isLegalAccepted(index, UserData.getUserEmail()))
+                    StoresModel.setModelToIndex(index)
+            }
         }
     }
     LPcontrols2.LoaderNoSleep {

@@ -32,10 +32,12 @@ fi
 store_url="http://127.0.0.1:${port}/de_de/"
 # Always written: a store chosen by an earlier run on another port must not linger.
 build/default/platform/host/tools/lpdevice config set /mnt/ext1/system/config/bookstore.cfg default_store "${store_url}"
-# The device's account service is this storefront's too.
+# The device's account and legal services are this storefront's too.
 device_root="$(build/default/platform/host/tools/lpdevice info | sed -n 's/^device root: *//p')"
 build/default/platform/host/tools/lpdevice config set "${device_root}/host/services.cfg" account_service \
   "http://127.0.0.1:${port}/account/"
+build/default/platform/host/tools/lpdevice config set "${device_root}/host/services.cfg" legal_service \
+  "http://127.0.0.1:${port}"
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   echo "run-store: starting kiosk-2.app in a window; close it to stop"

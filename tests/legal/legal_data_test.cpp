@@ -207,15 +207,15 @@ TEST(BuiltInDocuments, TheDevicesOwnFileAndLanguageAreChosen) {
     device.saveAndClose();
   }
   const std::string folder = MapDevicePath(BuiltInDocuments::kFolder);
-  std::ofstream(folder + "/e-ink-EULA_en_1.1.no-a.html") << "<p>without audio</p>";
-  std::ofstream(folder + "/e-ink-EULA_en_1.2.no-w.html") << "<p>without wireless</p>";
-  std::ofstream(folder + "/e-ink-PRIVACYNOTICE_en_1.10.html") << "<p>newer</p>";
+  std::ofstream(folder + "/e-ink_EULA_en_1.1.no-a.html") << "<p>without audio</p>";
+  std::ofstream(folder + "/e-ink_EULA_en_1.2.no-w.html") << "<p>without wireless</p>";
+  std::ofstream(folder + "/e-ink_PRIVACYNOTICE_en_1.10.html") << "<p>newer</p>";
   LegalData store;
   std::vector<LegalDocument> documents;
   store.getDocumentsForServices(documents, {"e-ink"});
   ASSERT_EQ(documents.size(), 2u);
   EXPECT_EQ(documents[0].version, "1.1") << "the file for a device without audio";
-  EXPECT_EQ(documents[0].url, "/coreapp/license/e-ink-EULA_en_1.1.no-a.html");
+  EXPECT_EQ(documents[0].url, "/coreapp/license/e-ink_EULA_en_1.1.no-a.html");
   EXPECT_EQ(documents[1].version, "1.10") << "1.10 comes after 1.0";
   store.getDocumentsForServices(documents, {"bookstore"});
   EXPECT_TRUE(documents.empty());

@@ -11,9 +11,12 @@
 #include "cfg_wrapper.h"
 #include "feed_provider.h"
 #include "framework/notifier.h"
+#include "legal_checker.h"
+#include "legal_helper.h"
 #include "lp_log.h"
 #include "panelkit.h"
 
+using lumenpress::legal::LegalHelper;
 using lumenpress::utilities::CfgSecret;
 using lumenpress::utilities::CfgWrapper;
 using lumenpress::utilities::SingleAuth;
@@ -55,6 +58,10 @@ UserData::UserData() : api_([this] { emit accessTokenChanged(); }) {
   connect(&payment_methods_watcher_, &QFutureWatcherBase::finished, this, &UserData::handleFinished);
   // The token callback fires on whichever thread refreshed; the screens hear of it on theirs.
   connect(this, &UserData::accessTokenChanged, this, &UserData::handleAccessTokenChanged, Qt::QueuedConnection);
+  connect(this, &UserData::loginFinished, this, [this](bool success) {
+    if (success) acceptPendingLegalDocuments();
+  });
+  connect(this, &UserData::userInfoLoaded, this, [this] { acceptPendingLegalDocuments(); });
   api_.setErrorCallback([this](int err, int code) { emit errorDuringApiCall(err, code); });
   readStoredUser();
 }
@@ -359,4 +366,25 @@ void UserData::previousWizardStep() {
 
 void UserData::skipWizardStep() {
   closeApp(false);
+}
+
+bool UserData::checkLegalDocument(int service_name) {
+  return LegalHelper().isAccepted({service_name != 0 ? LegalChecker::kCloud : LegalChecker::kBookstore});
+}
+
+// The services the sign-in brought are agreed to and reported; nothing is left pending after.
+void UserData::acceptPendingLegalDocuments() {
+  if (!isLoggedIn() || legal_services_.empty()) return;
+  std::vector<LegalChecker::ServiceType> services;
+  for (const int service : legal_services_) services.push_back(static_cast<LegalChecker::ServiceType>(service));
+  LegalHelper().agreeWithAllDocumentsForServices(services, email_, true, "");
+  legal_services_.clear();
+}
+
+bool UserData::preagreedLegalDocumentsForBookstore() {
+  if (!ensureNetwork()) return false;
+  LegalHelper::runConsentRefresh();
+  const std::vector<LegalChecker::ServiceType> services = {LegalChecker::kBookstore};
+  LegalChecker::runLegalUIForServiceAndWait(services, "", email_, 0);
+  return LegalHelper().isAccepted(services);
 }

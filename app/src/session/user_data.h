@@ -101,6 +101,10 @@ public slots:
   QString getCurrentDisplayType();
   void setCurrentDisplayType(QString display_type);
   void openSettings();
+  // Whether the documents of the cloud (service_name non-zero) or of the store are agreed to.
+  bool checkLegalDocument(int service_name);
+  void acceptPendingLegalDocuments();
+  bool preagreedLegalDocumentsForBookstore();
 
 private:
   using UserInfoResult = std::pair<BookstoreApi::UserInfo, BookstoreApi::ApiError>;

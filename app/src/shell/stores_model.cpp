@@ -1,5 +1,8 @@
 #include "stores_model.h"
 
+#include "legal_checker.h"
+#include "legal_helper.h"
+#include "panelkit.h"
 #include "url.h"
 #include "user_data.h"
 
@@ -92,6 +95,18 @@ bool StoresModel::isNeedAutoLogout(int index) {
   const lumenpress::utilities::Url chosen(stores_[static_cast<size_t>(index)].url);
   const lumenpress::utilities::Url current(current_url_);
   return chosen.host() != current.host();
+}
+
+bool StoresModel::isLegalAccepted(int index, QString email) {
+  if (index == current_index_ || !inRange(index)) return true;
+  constexpr int kNetworkMask = 0xf00;
+  if (!(QueryNetwork() & kNetworkMask)) NetConnect(nullptr);
+  if (QueryNetwork() & kNetworkMask) lumenpress::legal::LegalHelper::runConsentRefresh();
+  const std::vector<LegalChecker::ServiceType> services = {LegalChecker::kBookstore, LegalChecker::kCloud};
+  if (lumenpress::legal::LegalHelper().isAccepted(services)) return true;
+  const std::string lang_code = stores_[static_cast<size_t>(index)].langCode;
+  LegalChecker::runLegalUIForServiceAndWait(services, lang_code, email.toStdString(), 0);
+  return lumenpress::legal::LegalHelper().isAccepted(services);
 }
 
 void StoresModel::setModelToIndex(int index) {

@@ -37,6 +37,8 @@ public:
 
   Q_INVOKABLE QString getElementText(int index);
   Q_INVOKABLE bool isNeedAutoLogout(int index);
+  // Asks the owner for consent to the store's documents where it is missing; blocks until answered.
+  Q_INVOKABLE bool isLegalAccepted(int index, QString email);
   Q_INVOKABLE void setModelToIndex(int index, bool save);
   Q_INVOKABLE void setModelToIndex(int index);
   Q_INVOKABLE int getCurrentIndex() const { return current_index_; }

@@ -127,9 +127,20 @@ void DeviceTree::fill(const std::string &root) {
   installFiles(LP_LANG_SOURCE_DIR, ".txt", root + "/coreapp/lang");
   installFiles(LP_RESOURCE_SOURCE_DIR, ".png", root + "/coreapp/resources");
   installFiles(LP_LICENSE_SOURCE_DIR, ".html", root + "/coreapp/license");
+  linkProgram(LP_CONSENT_REFRESH_PATH, root + "/coreapp/bin/consent_refresh");
 }
 
-// Language files, resources and the built-in legal documents follow the build: a newer build's files replace older copies.
+// The device's own programs are stood in for by this build's: a link to each.
+void DeviceTree::linkProgram(const char *program, const std::string &link) {
+  std::error_code error;
+  if (fs::read_symlink(link, error) == program) return;
+  fs::remove(link, error);
+  fs::create_symlink(program, link, error);
+  if (error) std::fprintf(stderr, "device tree: cannot link %s: %s\n", link.c_str(), error.message().c_str());
+}
+
+// Language files, resources and the built-in legal documents follow the build: a newer build's files replace older
+// copies.
 void DeviceTree::installFiles(const char *source, const char *extension, const std::string &folder) {
   std::error_code error;
   for (const auto &entry : fs::directory_iterator(source, error)) {

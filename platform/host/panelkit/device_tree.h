@@ -23,6 +23,7 @@ private:
   static std::string configuredRoot();
   void fill(const std::string &root);
   void installFiles(const char *source, const char *extension, const std::string &folder);
+  static void linkProgram(const char *program, const std::string &link);
 
   std::mutex mutex_;
   std::string filled_root_;

@@ -1,0 +1,100 @@
+// The consent check at start and the consent a sign-in reports, with the store running
+// offscreen against a storefront of its own.
+#include <gtest/gtest.h>
+
+#include <json/json.h>
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "account_test_config.h"
+#include "device_path.h"
+#include "event_wait.h"
+#include "legal_data.h"
+#include "panelkit.h"
+#include "store_window.h"
+#include "user_data.h"
+
+using lumenpress::legal::LegalAgreement;
+using lumenpress::legal::LegalData;
+using lumenpress::platform::DeviceRoot;
+using lumenpress::testing::DevstoreProcess;
+using lumenpress::testing::StoreWindow;
+using lumenpress::testing::waitUntil;
+
+namespace {
+
+class LegalConsent : public ::testing::Test {
+protected:
+  void SetUp() override {
+    ASSERT_TRUE(store.running());
+    lumenpress::testing::useAccountService(store);
+    std::string origin = store.url("/");
+    origin.pop_back();
+    lpconfig *config = OpenConfig((DeviceRoot() + "/host/services.cfg").c_str(), 1);
+    WriteString(config, "legal_service", origin.c_str());
+    CloseConfig(config);
+  }
+
+  // The dialog's answers so far, from the task journal.
+  static std::vector<std::string> answers() {
+    std::vector<std::string> found;
+    std::ifstream journal(DeviceRoot() + "/host/task_journal.jsonl");
+    std::string line;
+    Json::Value entry;
+    Json::Reader reader;
+    while (std::getline(journal, line)) {
+      if (reader.parse(line, entry) && entry["call"] == "LegalChecker") found.push_back(entry["answer"].asString());
+    }
+    return found;
+  }
+
+  // How the event loop ends within `ms`; 7 when nothing ended it.
+  static int runEventLoop(int ms) {
+    QTimer::singleShot(ms, [] { QCoreApplication::exit(7); });
+    return QCoreApplication::exec();
+  }
+
+  bool reported(const std::string &path) const {
+    for (const Json::Value &request : store.requests()) {
+      if (request["path"].asString() == path && request["status"].asInt() == 200) return true;
+    }
+    return false;
+  }
+
+  DevstoreProcess store;
+};
+
+TEST_F(LegalConsent, ARefusalEndsTheStoreWhileItsHomePageIsUp) {
+  setenv("LUMENPRESS_LEGAL_ANSWER", "refuse", 1);
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+  ASSERT_TRUE(waitUntil([&] { return !window.shown("rowTitle").isEmpty(); })) << "the store is in use meanwhile";
+  EXPECT_EQ(runEventLoop(20000), -1);
+  EXPECT_EQ(answers(), std::vector<std::string>{"refuse"});
+  unsetenv("LUMENPRESS_LEGAL_ANSWER");
+}
+
+TEST_F(LegalConsent, AcceptedAtStartAndReportedWithTheSignIn) {
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+  ASSERT_TRUE(waitUntil([] { return !answers().empty(); }));
+  EXPECT_EQ(answers(), std::vector<std::string>{"accept"});
+  EXPECT_EQ(runEventLoop(1500), 7) << "the store goes on";
+  EXPECT_TRUE(reported("/legal/v1/list/e-ink/en")) << "the documents that apply were fetched";
+  EXPECT_FALSE(reported("/legal/v1/process/EULA/en")) << "nothing is reported before a sign-in";
+
+  UserData &user = *UserData::instance();
+  user.login("reader@example.com", "reader");
+  ASSERT_TRUE(waitUntil([&] { return user.isLoggedIn() && reported("/legal/v1/process/TERMSOFUSE/en"); }));
+  EXPECT_TRUE(reported("/legal/v1/process/EULA/en")) << "the device's own consent goes with it";
+  LegalAgreement agreement;
+  ASSERT_EQ(LegalData().getAgreement("bookstore|TERMSOFUSE", "1.1", agreement), LegalData::kOk);
+  EXPECT_EQ(agreement.status, LegalAgreement::kAgreed);
+  EXPECT_TRUE(agreement.sent_to_server);
+  user.logout();
+}
+
+}  // namespace
