@@ -26,9 +26,11 @@ base="$(sed -n 's|devstore: listening on \(http://[^ ]*\)|\1|p' "$work/devstore.
 
 mkdir -p "$out"
 export QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software LUMENPRESS_LOG_LEVEL="${LUMENPRESS_LOG_LEVEL:-1}"
-# The device's account service is this storefront's too.
+# The device's account and legal services are this storefront's too.
 LUMENPRESS_DEVICE_ROOT="$work/device" build/default/platform/host/tools/lpdevice config set \
   "$work/device/host/services.cfg" account_service "${base}account/" > /dev/null
+LUMENPRESS_DEVICE_ROOT="$work/device" build/default/platform/host/tools/lpdevice config set \
+  "$work/device/host/services.cfg" legal_service "${base%/}" > /dev/null
 LUMENPRESS_DEVICE_ROOT="$work/device" build/default/app/screen_tour --store "${base}de_de/" --out "$out"
 # The same store when it cannot be reached: nothing listens on the storefront's port any more.
 kill "$store_pid"; wait "$store_pid" 2>/dev/null || true; store_pid=""

@@ -6,12 +6,12 @@
 
 #include <fstream>
 
+#include "account_test_config.h"
 #include "device_path.h"
 #include "devstore_process.h"
 #include "panelkit.h"
 
 using lumenpress::legal::LegalApi;
-using lumenpress::platform::DeviceRoot;
 using lumenpress::platform::MapDevicePath;
 using lumenpress::testing::DevstoreProcess;
 
@@ -21,11 +21,7 @@ class LegalService : public ::testing::Test {
 protected:
   void SetUp() override {
     ASSERT_TRUE(store.running());
-    std::string origin = store.url("/");
-    origin.pop_back();
-    lpconfig *config = OpenConfig((DeviceRoot() + "/host/services.cfg").c_str(), 1);
-    WriteString(config, "legal_service", origin.c_str());
-    CloseConfig(config);
+    lumenpress::testing::useLegalService(store);
   }
 
   // The one request the service logged below `path`.

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "account_test_config.h"
 #include "device_path.h"
 #include "devstore_process.h"
 #include "legal_data.h"
@@ -27,11 +28,7 @@ class LegalFlows : public ::testing::Test {
 protected:
   void SetUp() override {
     ASSERT_TRUE(store.running());
-    std::string origin = store.url("/");
-    origin.pop_back();
-    lpconfig *config = OpenConfig((DeviceRoot() + "/host/services.cfg").c_str(), 1);
-    WriteString(config, "legal_service", origin.c_str());
-    CloseConfig(config);
+    lumenpress::testing::useLegalService(store);
     LegalDocument terms;
     terms.name = "bookstore|TERMSOFUSE";
     terms.version = "1.1";

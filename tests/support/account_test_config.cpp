@@ -12,4 +12,12 @@ void useAccountService(const DevstoreProcess &store) {
   CloseConfig(config);
 }
 
+void useLegalService(const DevstoreProcess &store) {
+  std::string origin = store.url("/");
+  origin.pop_back();
+  lpconfig *config = OpenConfig((platform::DeviceRoot() + "/host/services.cfg").c_str(), 1);
+  WriteString(config, "legal_service", origin.c_str());
+  CloseConfig(config);
+}
+
 }  // namespace lumenpress::testing

@@ -1,4 +1,4 @@
-// Points the host's account service at a test's own devstore.
+// Points the host's account and legal services at a test's own devstore.
 #ifndef LUMENPRESS_TESTS_ACCOUNT_TEST_CONFIG_H
 #define LUMENPRESS_TESTS_ACCOUNT_TEST_CONFIG_H
 
@@ -7,6 +7,7 @@
 namespace lumenpress::testing {
 
 void useAccountService(const DevstoreProcess &store);
+void useLegalService(const DevstoreProcess &store);
 
 }  // namespace lumenpress::testing
 

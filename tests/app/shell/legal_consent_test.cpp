@@ -31,11 +31,7 @@ protected:
   void SetUp() override {
     ASSERT_TRUE(store.running());
     lumenpress::testing::useAccountService(store);
-    std::string origin = store.url("/");
-    origin.pop_back();
-    lpconfig *config = OpenConfig((DeviceRoot() + "/host/services.cfg").c_str(), 1);
-    WriteString(config, "legal_service", origin.c_str());
-    CloseConfig(config);
+    lumenpress::testing::useLegalService(store);
   }
 
   // The dialog's answers so far, from the task journal.
