@@ -34,7 +34,7 @@ protected:
     lumenpress::testing::useLegalService(store);
   }
 
-  // The dialog's answers so far, from the task journal.
+  // The dialog's answers so far, from the task journal, each with the services it was asked for.
   static std::vector<std::string> answers() {
     std::vector<std::string> found;
     std::ifstream journal(DeviceRoot() + "/host/task_journal.jsonl");
@@ -42,7 +42,10 @@ protected:
     Json::Value entry;
     Json::Reader reader;
     while (std::getline(journal, line)) {
-      if (reader.parse(line, entry) && entry["call"] == "LegalChecker") found.push_back(entry["answer"].asString());
+      if (!reader.parse(line, entry) || entry["call"] != "LegalChecker") continue;
+      std::string services;
+      for (const Json::Value &service : entry["services"]) services += " " + service.asString();
+      found.push_back(entry["answer"].asString() + services);
     }
     return found;
   }
@@ -69,7 +72,7 @@ TEST_F(LegalConsent, ARefusalEndsTheStoreWhileItsHomePageIsUp) {
   ASSERT_TRUE(window.started());
   ASSERT_TRUE(waitUntil([&] { return !window.shown("rowTitle").isEmpty(); })) << "the store is in use meanwhile";
   EXPECT_EQ(runEventLoop(20000), -1);
-  EXPECT_EQ(answers(), std::vector<std::string>{"refuse"});
+  EXPECT_EQ(answers(), std::vector<std::string>{"refuse 0"});
   unsetenv("LUMENPRESS_LEGAL_ANSWER");
 }
 
@@ -77,7 +80,7 @@ TEST_F(LegalConsent, AcceptedAtStartAndReportedWithTheSignIn) {
   StoreWindow window(store);
   ASSERT_TRUE(window.started());
   ASSERT_TRUE(waitUntil([] { return !answers().empty(); }));
-  EXPECT_EQ(answers(), std::vector<std::string>{"accept"});
+  EXPECT_EQ(answers(), std::vector<std::string>{"accept 0"});
   EXPECT_EQ(runEventLoop(1500), 7) << "the store goes on";
   EXPECT_TRUE(reported("/legal/v1/list/e-ink/en")) << "the documents that apply were fetched";
   EXPECT_FALSE(reported("/legal/v1/process/EULA/en")) << "nothing is reported before a sign-in";
@@ -90,6 +93,23 @@ TEST_F(LegalConsent, AcceptedAtStartAndReportedWithTheSignIn) {
   ASSERT_EQ(LegalData().getAgreement("bookstore|TERMSOFUSE", "1.1", agreement), LegalData::kOk);
   EXPECT_EQ(agreement.status, LegalAgreement::kAgreed);
   EXPECT_TRUE(agreement.sent_to_server);
+  user.logout();
+}
+
+TEST_F(LegalConsent, ASignedInOwnerIsAskedForTheStoresAndTheCloudsDocuments) {
+  UserData &user = *UserData::instance();
+  {
+    StoreWindow window(store);
+    ASSERT_TRUE(window.started());
+    user.login("reader@example.com", "reader");
+    ASSERT_TRUE(waitUntil([&] { return user.isLoggedIn() && answers().size() == 1; }));
+  }
+  // A newer version of the store's terms that the owner has not seen yet.
+  LegalData().setAgreement("bookstore|TERMSOFUSE", "1.1", "", "", LegalAgreement::kNotAgreed, 0);
+  StoreWindow window(store);
+  ASSERT_TRUE(window.started());
+  ASSERT_TRUE(waitUntil([] { return answers().size() == 2; }));
+  EXPECT_EQ(answers().back(), "accept 2 1");
   user.logout();
 }
 
