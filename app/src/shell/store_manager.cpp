@@ -9,10 +9,7 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <thread>
-#include <vector>
 
-#include "account_manager.h"
 #include "async_cover_provider.h"
 #include "book_detail_data_model.h"
 #include "cached_network_access_manager_factory.h"
@@ -22,8 +19,7 @@
 #include "eink_interface.h"
 #include "feed_provider.h"
 #include "hwconfig.h"
-#include "legal_checker.h"
-#include "legal_helper.h"
+#include "legal_consent_check.h"
 #include "lp_log.h"
 #include "opds_genre_model.h"
 #include "panelkit.h"
@@ -71,26 +67,6 @@ void drawSplash() {
 
 lumenpress::opds::DataManager &catalogue() {
   return FeedProvider::Instance().dataManager();
-}
-
-// Runs once at start, beside the event loop: a refused consent ends the process, even when the
-// store is already in use.
-void checkLegalConsent(UserData::StoreRunMode mode) {
-  lumenpress::utilities::AccountManager accounts;
-  if (!lumenpress::legal::LegalHelper::runConsentRefresh()) LP_LOG(LP_LOG_WARNING, "consent_refresh did not finish");
-  std::vector<LegalChecker::ServiceType> services = {LegalChecker::kDevice};
-  if (mode == UserData::kRunStoreMode && accounts.isLoggedIn(1))
-    services = {LegalChecker::kBookstore, LegalChecker::kCloud};
-  bool accepted = LegalChecker::isLegalAccepted(services);
-  if (!accepted) {
-    usleep(1000000);
-    LegalChecker::runLegalUIAndWait(services, false, "", "", 0);
-    accepted = LegalChecker::isLegalAccepted(services);
-  }
-  if (accepted) return;
-  LP_LOG(LP_LOG_WARNING, "The legal documents were refused");
-  QMetaObject::invokeMethod(
-      QCoreApplication::instance(), [] { QCoreApplication::exit(-1); }, Qt::QueuedConnection);
 }
 
 lumenpress::utilities::EinkPlatform *panel() {
@@ -141,7 +117,7 @@ int StoreManager::Init(int, char **) {
   const timespec start = stopwatch();
   catalogue().setDiskCache("/mnt/ext1/system/cache/bookstore_feeds_cache", "bookstore_feeds_cache");
   const UserData::StoreRunMode mode = user_data_->runMode();
-  std::thread(checkLegalConsent, mode).detach();
+  LegalConsentCheck::start(mode);
   if (mode == UserData::kRunStoreMode || mode == UserData::kSearchMode) drawSplash();
   connect(user_data_, &UserData::accessTokenChangedMainThread, this, &StoreManager::handleAccessTokenChanged);
   readStoreSettings();
