@@ -20,9 +20,21 @@ std::set<QThreadPool *> &livePools() {
   return pools;
 }
 
+// Qt's image reader drops the responses it still waited for when its engine goes, without
+// freeing them; those left are freed with the application.
+std::set<QObject *> &liveResponses() {
+  static std::set<QObject *> responses;
+  return responses;
+}
+
 void finishCovers() {
-  std::lock_guard<std::mutex> lock(pools_mutex);
-  for (QThreadPool *pool : livePools()) pool->waitForDone();
+  std::set<QObject *> orphans;
+  {
+    std::lock_guard<std::mutex> lock(pools_mutex);
+    for (QThreadPool *pool : livePools()) pool->waitForDone();
+    orphans.swap(liveResponses());
+  }
+  for (QObject *response : orphans) delete response;
 }
 
 }  // namespace
@@ -41,6 +53,14 @@ AsyncCoverProvider::~AsyncCoverProvider() {
 
 QQuickImageResponse *AsyncCoverProvider::requestImageResponse(const QString &id, const QSize &requestedSize) {
   auto *response = new AsyncImageResponse(id, requestedSize, &pool_);
+  {
+    std::lock_guard<std::mutex> lock(pools_mutex);
+    liveResponses().insert(response);
+  }
+  QObject::connect(response, &QObject::destroyed, [response] {
+    std::lock_guard<std::mutex> lock(pools_mutex);
+    liveResponses().erase(response);
+  });
   if ((QueryNetwork() & kConnectedBits) == 0) NetConnectSilent(nullptr);
   pool_.start(response, 0);
   return response;
