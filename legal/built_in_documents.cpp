@@ -1,6 +1,7 @@
 #include "built_in_documents.h"
 
 #include <filesystem>
+#include <string_view>
 
 #include "cfg_wrapper.h"
 #include "device_path.h"
@@ -32,10 +33,10 @@ bool endsWith(const std::string &text, const std::string &end) {
 }  // namespace
 
 std::string BuiltInDocuments::fileStem(const std::string &name) {
-  static const std::string kReplaced = "*!#$%&()@^`{}~'+.,;=[]?<:>|\"/";
+  constexpr std::string_view kReplaced = "*!#$%&()@^`{}~'+.,;=[]?<:>|\"/";
   std::string stem = name;
   for (char &c : stem) {
-    if (kReplaced.find(c) != std::string::npos) c = '_';
+    if (kReplaced.find(c) != std::string_view::npos) c = '_';
   }
   return stem;
 }

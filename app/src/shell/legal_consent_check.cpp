@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -12,8 +13,29 @@
 #include "legal_helper.h"
 #include "lp_log.h"
 
+namespace {
+
+// Held by the thread while it runs. At the application's end a finished thread's lock is taken
+// and kept, so its work is ordered before the process's own teardown and a thread not yet begun
+// never begins; a thread still running is not waited for.
+std::mutex &running() {
+  static std::mutex mutex;
+  return mutex;
+}
+
+void claimAtEnd() {
+  running().try_lock();
+}
+
+}  // namespace
+
 void LegalConsentCheck::start(UserData::StoreRunMode mode) {
-  std::thread([mode] { run(mode); }).detach();
+  static std::once_flag registered;
+  std::call_once(registered, [] { qAddPostRoutine(claimAtEnd); });
+  std::thread([mode] {
+    const std::lock_guard<std::mutex> lock(running());
+    run(mode);
+  }).detach();
 }
 
 bool LegalConsentCheck::run(UserData::StoreRunMode mode) {
