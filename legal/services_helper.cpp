@@ -28,6 +28,10 @@ std::vector<std::string> ServicesHelper::serviceNames(const std::vector<LegalChe
   return names;
 }
 
+std::string ServicesHelper::pendingConsentTag(LegalChecker::ServiceType type) {
+  return "legal_pending:" + serviceName(type);
+}
+
 std::string ServicesHelper::getBookstoreLang() {
   CfgWrapper config("/mnt/ext1/system/config/bookstore.cfg", 0);
   const std::string language = config.read<std::string>("default_store_lang_code", "");

@@ -15,6 +15,8 @@ public:
   static const std::map<LegalChecker::ServiceType, std::string> &servicesNames();
   static std::string serviceName(LegalChecker::ServiceType type);
   static std::vector<std::string> serviceNames(const std::vector<LegalChecker::ServiceType> &types);
+  // The device tag of a service whose documents were agreed to before an account was known.
+  static std::string pendingConsentTag(LegalChecker::ServiceType type);
   // "default_store_lang_code" of bookstore.cfg.
   static std::string getBookstoreLang();
 };

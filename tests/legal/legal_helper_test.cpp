@@ -3,9 +3,15 @@
 #include "legal_helper.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
+#include <thread>
 
 #include "account_test_config.h"
 #include "device_path.h"
@@ -110,6 +116,42 @@ TEST_F(LegalFlows, ADocumentIsKeptWholeOrNotAtAll) {
   EXPECT_FALSE(
       helper.downloadDocument("e-ink|PRIVACYNOTICE-x", "2.0", "en", store.url("/legal/pages/PRIVACYNOTICE_en.html")));
   EXPECT_FALSE(fs::exists(MapDevicePath(LegalHelper::documentFilePath("e-ink|PRIVACYNOTICE-x", "2.0", "en", true))));
+}
+
+std::string fileText(const fs::path &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+TEST_F(LegalFlows, AProcessKilledWhileSavingDocumentsLeavesEachWholeOrATmpFile) {
+  const std::string page = store.url("/legal/pages/TERMSOFUSE_en.html");
+  ASSERT_TRUE(helper.downloadDocument("bookstore|TERMSOFUSE", "whole", "en", page));
+  const fs::path folder =
+      fs::path(MapDevicePath(LegalHelper::documentFilePath("bookstore|TERMSOFUSE", "whole", "en", true))).parent_path();
+  const std::string whole = fileText(folder / "bookstore_TERMSOFUSE_en_whole.html");
+  ASSERT_FALSE(whole.empty());
+
+  const pid_t writer = fork();
+  if (writer == 0) {
+    for (int version = 0;; ++version)
+      LegalHelper().downloadDocument("bookstore|TERMSOFUSE", std::to_string(version), "en", page);
+  }
+  const auto saved = [&] { return std::distance(fs::directory_iterator(folder), fs::directory_iterator()) > 20; };
+  for (int i = 0; i < 1000 && !saved(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  kill(writer, SIGKILL);
+  waitpid(writer, nullptr, 0);
+
+  int unfinished = 0;
+  for (const fs::directory_entry &file : fs::directory_iterator(folder)) {
+    if (file.path().extension() == ".tmp") {
+      ++unfinished;
+    } else {
+      EXPECT_EQ(fileText(file.path()), whole) << file.path();
+    }
+  }
+  EXPECT_LE(unfinished, 1);
 }
 
 TEST_F(LegalFlows, ABuiltInDocumentOpensFromTheUsersCopyInTheBrowser) {

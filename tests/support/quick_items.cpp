@@ -1,6 +1,8 @@
 #include "quick_items.h"
 
+#include <QPointer>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace lumenpress::testing {
@@ -25,6 +27,13 @@ QList<QQuickItem *> findItems(QQuickItem *root, const QString &objectName, bool 
 }
 
 void tap(QQuickItem *item) {
+  // Positioners place what has just appeared while the next frame is prepared; a tap before it
+  // lands where the item is about to leave.
+  const QPointer<QQuickItem> target(item);
+  QSignalSpy drawn(item->window(), &QQuickWindow::frameSwapped);
+  item->window()->update();
+  drawn.wait(1000);
+  if (!target) return;
   const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
   QTest::mouseClick(item->window(), Qt::LeftButton, Qt::NoModifier, centre.toPoint());
 }

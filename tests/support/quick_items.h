@@ -12,7 +12,7 @@ namespace lumenpress::testing {
 QQuickItem *findItem(QQuickItem *root, const QString &objectName);
 // Every item of that name in the order of the visual tree; with visibleOnly, those shown.
 QList<QQuickItem *> findItems(QQuickItem *root, const QString &objectName, bool visibleOnly = false);
-// A click in the middle of the item.
+// A click in the middle of the item, once the window has drawn it where it stays.
 void tap(QQuickItem *item);
 
 }  // namespace lumenpress::testing

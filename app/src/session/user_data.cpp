@@ -10,13 +10,17 @@
 #include "account_manager.h"
 #include "cfg_wrapper.h"
 #include "feed_provider.h"
+#include "framework/lp_singleton.h"
+#include "framework/lpdb_tags.h"
 #include "framework/notifier.h"
 #include "legal_checker.h"
 #include "legal_helper.h"
 #include "lp_log.h"
 #include "panelkit.h"
+#include "services_helper.h"
 
 using lumenpress::legal::LegalHelper;
+using lumenpress::legal::ServicesHelper;
 using lumenpress::utilities::CfgSecret;
 using lumenpress::utilities::CfgWrapper;
 using lumenpress::utilities::SingleAuth;
@@ -62,6 +66,7 @@ UserData::UserData() : api_([this] { emit accessTokenChanged(); }) {
     if (success) acceptPendingLegalDocuments();
   });
   connect(this, &UserData::userInfoLoaded, this, [this] { acceptPendingLegalDocuments(); });
+  connect(this, &UserData::cloudActivated, this, [this] { acceptPendingLegalDocuments(); });
   api_.setErrorCallback([this](int err, int code) { emit errorDuringApiCall(err, code); });
   readStoredUser();
 }
@@ -378,6 +383,9 @@ void UserData::acceptPendingLegalDocuments() {
   std::vector<LegalChecker::ServiceType> services;
   for (const int service : legal_services_) services.push_back(static_cast<LegalChecker::ServiceType>(service));
   LegalHelper().agreeWithAllDocumentsForServices(services, email_, true, "");
+  LPDBTags &tags = LPSingleton<LPDBTags>::getInstance();
+  tags.setMode(LPDBTags::kDeviceTags);
+  for (const auto service : services) tags.removeTag2(ServicesHelper::pendingConsentTag(service));
   legal_services_.clear();
 }
 

@@ -76,6 +76,7 @@ signals:
   void exitAfterLoginChanged(bool);
   void setupWizardModeChanged(bool);
   void setupWizardNoSkipChanged(bool);
+  void cloudActivated();
   void forceLogOut();
   void errorDuringApiCall(int err, int code);
 

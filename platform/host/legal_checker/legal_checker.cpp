@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "device_tree.h"
+#include "framework/lpdb_tags.h"
 #include "legal_data.h"
 #include "legal_helper.h"
 #include "lp_log.h"
@@ -38,6 +39,16 @@ Json::Value serviceList(const std::vector<LegalChecker::ServiceType> &services) 
   return list;
 }
 
+// Consent to a service's documents given before anyone signed in waits, tagged, for the account
+// it will be reported with; the device's own documents need no account.
+void tagPendingConsent(const std::vector<LegalChecker::ServiceType> &services) {
+  LPDBTags tags;
+  tags.setMode(LPDBTags::kDeviceTags);
+  for (const auto service : services) {
+    if (service != LegalChecker::kDevice) tags.addTag2(ServicesHelper::pendingConsentTag(service));
+  }
+}
+
 bool answerDialog(const std::vector<LegalChecker::ServiceType> &services, const std::string &email) {
   const bool accepted = ownerAccepts();
   Json::Value entry;
@@ -54,6 +65,7 @@ bool answerDialog(const std::vector<LegalChecker::ServiceType> &services, const 
     store.setAgreement(document.name, document.version, email, "", LegalAgreement::kAgreed,
                        static_cast<std::int64_t>(std::time(nullptr)));
   }
+  if (email.empty()) tagPendingConsent(services);
   return LegalChecker::isLegalAccepted(services);
 }
 

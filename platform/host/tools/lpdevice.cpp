@@ -22,7 +22,8 @@ int usage() {
                "       lpdevice journal          the tasks, books and requests the programs started\n"
                "       lpdevice config set FILE KEY VALUE\n"
                "                                 write a value into a configuration file of the device\n"
-               "       lpdevice notifications    the notifications the programs left for the owner\n");
+               "       lpdevice notifications    the notifications the programs left for the owner\n"
+               "       lpdevice tags             the tags in the device's database, by mode (0 books, 1 device)\n");
   return 2;
 }
 
@@ -56,20 +57,19 @@ int journal() {
   return 0;
 }
 
-// One line each: application id, title, text, and what a tap starts.
-int notifications() {
-  const std::string path = lumenpress::platform::MapDevicePath("/mnt/ext1/system/notifications.sqlite");
+// Prints each row of a device database's query, its columns separated by tabs.
+int printRows(const char *device_path, const char *sql) {
+  const std::string path = lumenpress::platform::MapDevicePath(device_path);
   if (!std::filesystem::exists(path)) return 0;
   sqlite3 *db = nullptr;
   sqlite3_stmt *rows = nullptr;
   const bool opened = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK &&
-                      sqlite3_prepare_v2(db,
-                                         "SELECT app_id, title, text, application, parameters FROM notifications"
-                                         " ORDER BY id",
-                                         -1, &rows, nullptr) == SQLITE_OK;
+                      sqlite3_prepare_v2(db, sql, -1, &rows, nullptr) == SQLITE_OK;
   while (opened && sqlite3_step(rows) == SQLITE_ROW) {
-    const auto column = [rows](int i) { return reinterpret_cast<const char *>(sqlite3_column_text(rows, i)); };
-    std::printf("%d\t%s\t%s\t%s %s\n", sqlite3_column_int(rows, 0), column(1), column(2), column(3), column(4));
+    for (int i = 0; i < sqlite3_column_count(rows); ++i) {
+      std::printf("%s%s", i ? "\t" : "", reinterpret_cast<const char *>(sqlite3_column_text(rows, i)));
+    }
+    std::printf("\n");
   }
   if (!opened) std::fprintf(stderr, "lpdevice: cannot read %s: %s\n", path.c_str(), sqlite3_errmsg(db));
   sqlite3_finalize(rows);
@@ -100,7 +100,12 @@ int main(int argc, char **argv) {
   }
   if (command == "network" && argc == 3) return network(argv[2]);
   if (command == "journal") return journal();
-  if (command == "notifications") return notifications();
+  if (command == "notifications") {
+    return printRows("/mnt/ext1/system/notifications.sqlite",
+                     "SELECT app_id, title, text, application, parameters FROM notifications ORDER BY id");
+  }
+  if (command == "tags")
+    return printRows("/mnt/ext1/system/tags.sqlite", "SELECT mode, tag FROM tags ORDER BY mode, tag");
   if (command == "config" && argc == 6 && std::strcmp(argv[2], "set") == 0) return configSet(argv[3], argv[4], argv[5]);
   return usage();
 }

@@ -107,12 +107,8 @@ TEST(BrowseScreens, TheCategoryTreeAndAnotherSortOrder) {
   ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }));
 
   ASSERT_TRUE(waitUntil([&] { return !window.shown("sortOrder").isEmpty(); })) << "the genre's sort orders";
-  // The button is laid out in the header at the next frame after it appears.
-  ASSERT_TRUE(waitUntil([&] {
-    if (window.shown("sortChoice").size() == 4) return true;
-    tap(window.shown("sortOrder").front());
-    return false;
-  }));
+  tap(window.shown("sortOrder").front());
+  ASSERT_TRUE(waitUntil([&] { return window.shown("sortChoice").size() == 4; }));
   tap(window.shown("sortChoice").at(1));
   auto *books = window.published("AcquisitionListModel");
   QString sorted;

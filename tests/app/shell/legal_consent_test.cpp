@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <json/json.h>
+#include <sqlite3.h>
 #include <QCoreApplication>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -77,6 +78,22 @@ protected:
     });
   }
 
+  // The device's own tags, as the device shell reads them.
+  static std::vector<std::string> deviceTags() {
+    std::vector<std::string> tags;
+    sqlite3 *db = nullptr;
+    sqlite3_stmt *rows = nullptr;
+    const std::string path = lumenpress::platform::MapDevicePath("/mnt/ext1/system/tags.sqlite");
+    if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK &&
+        sqlite3_prepare_v2(db, "SELECT tag FROM tags WHERE mode = 1", -1, &rows, nullptr) == SQLITE_OK) {
+      while (sqlite3_step(rows) == SQLITE_ROW)
+        tags.emplace_back(reinterpret_cast<const char *>(sqlite3_column_text(rows, 0)));
+    }
+    sqlite3_finalize(rows);
+    sqlite3_close(db);
+    return tags;
+  }
+
   bool reported(const std::string &path) const {
     for (const Json::Value &request : store.requests()) {
       if (request["path"].asString() == path && request["status"].asInt() == 200) return true;
@@ -111,8 +128,11 @@ TEST_F(LegalConsent, AcceptedAtStartAndReportedWithTheSignIn) {
   EXPECT_EQ(runEventLoop(1500), 7) << "the store goes on";
   EXPECT_TRUE(reported("/legal/v1/list/e-ink/en")) << "the documents that apply were fetched";
   EXPECT_FALSE(reported("/legal/v1/process/EULA/en")) << "nothing is reported before a sign-in";
+  EXPECT_TRUE(deviceTags().empty()) << "the device's own documents wait for no account";
 
   UserData &user = *UserData::instance();
+  ASSERT_TRUE(user.preagreedLegalDocumentsForBookstore());
+  EXPECT_EQ(deviceTags(), std::vector<std::string>{"legal_pending:bookstore"});
   user.login("reader@example.com", "reader");
   ASSERT_TRUE(waitUntil([&] { return user.isLoggedIn() && reported("/legal/v1/process/TERMSOFUSE/en"); }));
   EXPECT_TRUE(reported("/legal/v1/process/EULA/en")) << "the device's own consent goes with it";
@@ -120,6 +140,7 @@ TEST_F(LegalConsent, AcceptedAtStartAndReportedWithTheSignIn) {
   ASSERT_EQ(LegalData().getAgreement("bookstore|TERMSOFUSE", "1.1", agreement), LegalData::kOk);
   EXPECT_EQ(agreement.status, LegalAgreement::kAgreed);
   EXPECT_TRUE(agreement.sent_to_server);
+  EXPECT_TRUE(deviceTags().empty()) << "the store's consent went with the account";
   user.logout();
   letSettle(window);
 }
