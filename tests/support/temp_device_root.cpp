@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 namespace lumenpress::testing {
@@ -13,6 +14,11 @@ TempDeviceRoot::TempDeviceRoot() {
   if (!mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp failed");
   path_ = pattern;
   setenv("LUMENPRESS_DEVICE_ROOT", path_.c_str(), 1);
+  // The built-in service addresses are those of a storefront a developer may be running; a test
+  // reaches nothing until it names its own.
+  std::filesystem::create_directories(path_ + "/host");
+  std::ofstream(path_ + "/host/services.cfg")
+      << "account_service=http://127.0.0.1:1/account/\nlegal_service=http://127.0.0.1:1\n";
 }
 
 TempDeviceRoot::~TempDeviceRoot() {
