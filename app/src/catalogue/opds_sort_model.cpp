@@ -2,6 +2,7 @@
 
 #include <QDebug>
 
+#include "facet_link_rows.h"
 #include "feed_provider.h"
 
 using lumenpress::opds::DataManager;
@@ -17,22 +18,11 @@ int OpdsSortModel::rowCount(const QModelIndex &parent) const {
 }
 
 QVariant OpdsSortModel::data(const QModelIndex &index, int role) const {
-  if (!index.isValid() || index.row() >= rowCount()) return QVariant();
-  const Link &link = *links_[static_cast<size_t>(index.row())];
-  switch (role) {
-    case TextRole:
-      return QString::fromStdString(link.title);
-    case UrlRole:
-      return QString::fromStdString(link.href);
-    case ActiveRole:
-      return link.active;
-    default:
-      return QVariant();
-  }
+  return FacetLinkRows::data(links_, index, role);
 }
 
 QHash<int, QByteArray> OpdsSortModel::roleNames() const {
-  return {{TextRole, "text_"}, {UrlRole, "url"}, {ActiveRole, "is_active"}};
+  return FacetLinkRows::roleNames();
 }
 
 void OpdsSortModel::setModelToUrl(QString url, int) {

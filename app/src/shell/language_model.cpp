@@ -2,6 +2,7 @@
 
 #include <QDebug>
 
+#include "facet_link_rows.h"
 #include "feed_provider.h"
 #include "lp_log.h"
 
@@ -17,22 +18,11 @@ int LanguageModel::rowCount(const QModelIndex &parent) const {
 }
 
 QVariant LanguageModel::data(const QModelIndex &index, int role) const {
-  if (!index.isValid() || index.row() >= static_cast<int>(languages_.size())) return QVariant();
-  const Link &link = *languages_[static_cast<size_t>(index.row())];
-  switch (role) {
-    case TextRole:
-      return QString::fromStdString(link.title);
-    case UrlRole:
-      return QString::fromStdString(link.href);
-    case ActiveRole:
-      return link.active;
-    default:
-      return QVariant();
-  }
+  return FacetLinkRows::data(languages_, index, role);
 }
 
 QHash<int, QByteArray> LanguageModel::roleNames() const {
-  return {{TextRole, "text_"}, {UrlRole, "url"}, {ActiveRole, "is_active"}};
+  return FacetLinkRows::roleNames();
 }
 
 // A list that is already loaded fills the rows at once.

@@ -4,6 +4,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -15,16 +16,22 @@
 
 namespace {
 
-// Held by the thread while it runs. At the application's end a finished thread's lock is taken
-// and kept, so its work is ordered before the process's own teardown and a thread not yet begun
-// never begins; a thread still running is not waited for.
-std::mutex &running() {
-  static std::mutex mutex;
-  return mutex;
+// The thread holds `running` while it works. At the application's end `ending` is set and the
+// lock taken and kept: a thread at work finishes its step first, skips what is left, and its work
+// is ordered before the process's own teardown; a thread not yet begun never begins.
+struct ThreadState {
+  std::mutex running;
+  std::atomic<bool> ending{false};
+};
+
+ThreadState &state() {
+  static ThreadState shared;
+  return shared;
 }
 
 void claimAtEnd() {
-  running().try_lock();
+  state().ending = true;
+  state().running.lock();
 }
 
 }  // namespace
@@ -33,7 +40,7 @@ void LegalConsentCheck::start(UserData::StoreRunMode mode) {
   static std::once_flag registered;
   std::call_once(registered, [] { qAddPostRoutine(claimAtEnd); });
   std::thread([mode] {
-    const std::lock_guard<std::mutex> lock(running());
+    const std::lock_guard<std::mutex> lock(state().running);
     run(mode);
   }).detach();
 }
@@ -47,6 +54,8 @@ bool LegalConsentCheck::run(UserData::StoreRunMode mode) {
   bool accepted = LegalChecker::isLegalAccepted(services);
   if (!accepted) {
     usleep(1000000);
+    // Nobody is asked by a store that is closing.
+    if (state().ending) return true;
     LegalChecker::runLegalUIAndWait(services, false, "", "", 0);
     accepted = LegalChecker::isLegalAccepted(services);
   }
