@@ -3,6 +3,7 @@
 #include "legal_helper.h"
 
 #include <gtest/gtest.h>
+#include <json/json.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -118,6 +119,18 @@ TEST_F(LegalFlows, ADocumentIsKeptWholeOrNotAtAll) {
   EXPECT_FALSE(fs::exists(MapDevicePath(LegalHelper::documentFilePath("e-ink|PRIVACYNOTICE-x", "2.0", "en", true))));
 }
 
+// The last entry of the task journal with that call, or null.
+Json::Value journalEntry(const std::string &call) {
+  std::ifstream journal(DeviceRoot() + "/host/task_journal.jsonl");
+  std::string line;
+  Json::Value entry, found;
+  Json::Reader reader;
+  while (std::getline(journal, line)) {
+    if (reader.parse(line, entry) && entry["call"] == call) found = entry;
+  }
+  return found;
+}
+
 std::string fileText(const fs::path &path) {
   std::ifstream in(path, std::ios::binary);
   std::stringstream text;
@@ -158,12 +171,19 @@ TEST_F(LegalFlows, ABuiltInDocumentOpensFromTheUsersCopyInTheBrowser) {
   ASSERT_TRUE(helper.openDocumentInBrowser(LegalChecker::kDevice, LegalHelper::kEula, true, "", false));
   const std::string copy = LegalHelper::documentFilePath("e-ink|EULA", "1.0", "en", true);
   EXPECT_TRUE(fs::exists(MapDevicePath(copy)));
-  std::ifstream journal(DeviceRoot() + "/host/task_journal.jsonl");
-  std::string line, last;
-  while (std::getline(journal, line)) last = line;
-  EXPECT_NE(last.find("spawn_pane.app"), std::string::npos) << last;
-  EXPECT_NE(last.find("-fullscreen"), std::string::npos);
-  EXPECT_NE(last.find(copy), std::string::npos);
+  // The browser is started through the pane starter, which records itself, then the pane.
+  Json::Value pane;
+  for (int i = 0; i < 500 && pane.isNull(); ++i) {
+    pane = journalEntry("webpane.app");
+    if (pane.isNull()) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  ASSERT_FALSE(pane.isNull()) << "the browser was started";
+  EXPECT_EQ(pane["opens"].asString(), copy);
+  EXPECT_EQ(pane["argv"][0].asString(), "0") << "the pane's own arguments, without its path and name";
+  EXPECT_EQ(journalEntry("spawn_pane.app")["argv"][0].asString(), "/coreapp/bin/webpane.app");
+  const Json::Value task = journalEntry("NewTaskEx");
+  EXPECT_EQ(task["path"].asString(), "/coreapp/bin/spawn_pane.app");
+  EXPECT_NE(task.toStyledString().find("-fullscreen"), std::string::npos);
   EXPECT_FALSE(helper.openDocumentInBrowser("nobody|NOTHING", "1", "en", "", "", false, false));
 }
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <thread>
 #include <vector>
@@ -31,6 +32,8 @@ std::vector<Json::Value> journal() {
 // A stand-in that records its arguments, then stays until it is ended.
 std::string installStandIn(const std::string &name) {
   const std::string path = DeviceRoot() + "/coreapp/bin/" + name;
+  // The device tree links some programs to this build's stand-ins: replace the link, never write through it.
+  std::filesystem::remove(path);
   std::ofstream(path) << "#!/bin/sh\necho \"$@\" >> \"$0.args\"\nexec sleep 30\n";
   chmod(path.c_str(), 0755);
   return path;

@@ -128,6 +128,8 @@ void DeviceTree::fill(const std::string &root) {
   installFiles(LP_RESOURCE_SOURCE_DIR, ".png", root + "/coreapp/resources");
   installFiles(LP_LICENSE_SOURCE_DIR, ".html", root + "/coreapp/license");
   linkProgram(LP_CONSENT_REFRESH_PATH, root + "/coreapp/bin/consent_refresh");
+  linkProgram(LP_PANE_STANDIN_PATH, root + "/coreapp/bin/spawn_pane.app");
+  linkProgram(LP_PANE_STANDIN_PATH, root + "/coreapp/bin/webpane.app");
 }
 
 // The device's own programs are stood in for by this build's: a link to each.
