@@ -3,6 +3,8 @@
 // journalled with the services it was given for.
 #include "legal_checker.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
@@ -25,7 +27,15 @@ using lumenpress::platform::TaskJournal;
 
 namespace {
 
+// While "legal_wait" lies in the host's folder the owner is still reading: the dialog stays up,
+// a minute at the most.
+void waitForOwner() {
+  const std::string reading = DeviceTree::instance().hostPath("legal_wait");
+  for (int i = 0; i < 600 && ::access(reading.c_str(), F_OK) == 0; ++i) usleep(100000);
+}
+
 bool ownerAccepts() {
+  waitForOwner();
   if (const char *answer = std::getenv("LUMENPRESS_LEGAL_ANSWER"); answer && *answer)
     return std::string(answer) != "refuse";
   std::ifstream file(DeviceTree::instance().hostPath("legal_answer"));

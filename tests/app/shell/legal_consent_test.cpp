@@ -9,6 +9,7 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 
@@ -106,12 +107,18 @@ protected:
 
 TEST_F(LegalConsent, ARefusalEndsTheStoreWhileItsHomePageIsUp) {
   setenv("LUMENPRESS_LEGAL_ANSWER", "refuse", 1);
+  // The owner reads until the home page is up, and then refuses.
+  const std::string reading = DeviceRoot() + "/host/legal_wait";
+  std::ofstream(reading).put('\n');
   StoreWindow window(store);
   ASSERT_TRUE(window.started());
   // The refusal arrives through the event loop, so the loop runs from the start.
   bool home_up = false;
   QTimer look;
-  QObject::connect(&look, &QTimer::timeout, [&] { home_up = home_up || !window.shown("rowTitle").isEmpty(); });
+  QObject::connect(&look, &QTimer::timeout, [&] {
+    home_up = home_up || !window.shown("rowTitle").isEmpty();
+    if (home_up) std::remove(reading.c_str());
+  });
   look.start(50);
   EXPECT_EQ(runEventLoop(30000), -1);
   EXPECT_TRUE(home_up) << "the store was in use meanwhile";
