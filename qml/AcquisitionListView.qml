@@ -12,6 +12,8 @@ Item {
     readonly property bool loading: books !== null && (books.isListLoading || books.isReloading)
     // The model tells of new rows, not of its count or name: both are read again as it loads.
     readonly property int count: content.item ? content.item.count : 0
+    // Books are shown and more are on their way: the end of the list says so.
+    readonly property bool nextPageLoading: loading && count > 0
     property string listName: ""
 
     function positionToElement(position) {
@@ -85,8 +87,8 @@ Item {
             }
             footer: LoadingCover {
                 width: ListView.view.width
-                height: view.books === null || view.books.noNextPage ? 0 : BookstoreConstants.bookElementListHeight
-                running: view.loading && view.count > 0
+                height: view.nextPageLoading ? BookstoreConstants.bookElementListHeight : 0
+                running: view.nextPageLoading
             }
             onAtYEndChanged: if (atYEnd && count > 0 && !view.books.noNextPage) view.books.loadNext()
         }
@@ -113,8 +115,8 @@ Item {
             }
             footer: LoadingCover {
                 width: GridView.view.cellWidth - BookstoreConstants.defaultElementClearanceHor
-                height: view.books === null || view.books.noNextPage ? 0 : Math.round(width * 1.5)
-                running: view.loading && view.count > 0
+                height: view.nextPageLoading ? Math.round(width * 1.5) : 0
+                running: view.nextPageLoading
             }
             function pageForward() {
                 contentY = Math.min(contentY + height, Math.max(0, contentHeight - height))

@@ -9,6 +9,9 @@ Rectangle {
     signal back()
     signal search(string text)
 
+    // Whoever opens the search means to type.
+    function takeFocus() { field.forceActiveFocus() }
+
     height: Math.round(72 * LPcontrols2.Global.dp)
     color: "white"
 

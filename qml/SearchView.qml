@@ -16,6 +16,7 @@ Item {
         width: parent.width
         onBack: root.navigateBack()
         onSearch: root.openSearchResults(text)
+        Component.onCompleted: takeFocus()
     }
     SearchAutocomplete {
         anchors.top: header.bottom

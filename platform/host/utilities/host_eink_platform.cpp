@@ -16,6 +16,8 @@ namespace {
 
 // A window counts as settled when no frame has come for this long.
 constexpr int kSettledMs = 1500;
+// A window that keeps drawing is written at the latest after this long.
+constexpr int kChangingMs = 3000;
 
 void journal(const char *call, Json::Value members = Json::Value(Json::objectValue)) {
   TaskJournal::append(std::string("eink.") + call, std::move(members));
@@ -61,6 +63,9 @@ void HostEinkPlatform::enterApplicationMode(int mode) {
   settled_.setSingleShot(true);
   settled_.setInterval(kSettledMs);
   connect(&settled_, &QTimer::timeout, this, &HostEinkPlatform::writeScreenshot);
+  changing_.setSingleShot(true);
+  changing_.setInterval(kChangingMs);
+  connect(&changing_, &QTimer::timeout, this, &HostEinkPlatform::writeScreenshot);
   // Windows come later, when the program loads its screens.
   connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &HostEinkPlatform::watchWindows);
   QTimer::singleShot(0, this, &HostEinkPlatform::watchWindows);
@@ -69,13 +74,20 @@ void HostEinkPlatform::enterApplicationMode(int mode) {
 void HostEinkPlatform::watchWindows() {
   for (QWindow *window : QGuiApplication::topLevelWindows()) {
     if (auto *quick = qobject_cast<QQuickWindow *>(window)) {
-      connect(quick, &QQuickWindow::frameSwapped, &settled_, qOverload<>(&QTimer::start), Qt::UniqueConnection);
+      connect(quick, &QQuickWindow::frameSwapped, this, &HostEinkPlatform::frameDrawn, Qt::UniqueConnection);
     }
   }
   settled_.start();
 }
 
+void HostEinkPlatform::frameDrawn() {
+  settled_.start();
+  if (!changing_.isActive()) changing_.start();
+}
+
 void HostEinkPlatform::writeScreenshot() {
+  settled_.stop();
+  changing_.stop();
   const auto windows = QGuiApplication::topLevelWindows();
   for (QWindow *window : windows) {
     if (!window->isVisible()) continue;

@@ -1,6 +1,7 @@
 // The panel's platform object on a PC: a desktop window needs no refresh modes, so each
 // call is only journalled; with LUMENPRESS_SCREENSHOT set, the window is also written to
-// that PNG file whenever it has settled.
+// that PNG file whenever it has settled, and every few seconds while it keeps changing (a
+// blinking text cursor never lets it settle).
 #ifndef LUMENPRESS_HOST_EINK_PLATFORM_H
 #define LUMENPRESS_HOST_EINK_PLATFORM_H
 
@@ -28,10 +29,12 @@ public:
 
 private:
   void watchWindows();
+  void frameDrawn();
   void writeScreenshot();
 
   std::function<void(int)> event_handler_;
   QTimer settled_;
+  QTimer changing_;
   std::string screenshot_;
 };
 

@@ -63,6 +63,7 @@ TEST(BrowseScreens, ASearchBySuggestionToABook) {
   ASSERT_TRUE(waitUntil([&] { return !window.shown("openSearch").isEmpty() && !window.shown("rowTitle").isEmpty(); }));
   tap(window.shown("openSearch").front());
   ASSERT_TRUE(waitUntil([&] { return visible(window, "search_view") && !window.shown("searchField").isEmpty(); }));
+  EXPECT_TRUE(window.shown("searchField").front()->hasActiveFocus()) << "the field takes what is typed at once";
   window.shown("searchField").front()->setProperty("text", "sil");
   QQuickItem *term = nullptr;
   ASSERT_TRUE(waitUntil([&] {
@@ -80,6 +81,7 @@ TEST(BrowseScreens, ASearchBySuggestionToABook) {
   QString results;
   QMetaObject::invokeMethod(books, "getUrl", Q_RETURN_ARG(QString, results));
   EXPECT_TRUE(results.contains("search?q=")) << results.toStdString();
+  EXPECT_EQ(window.item("loadingCover")->parentItem()->height(), 0) << "one page of results promises no more";
   const QString first = window.texts("gridBookTitle").front();
   tap(window.shown("gridBookTitle").front());
   ASSERT_TRUE(
