@@ -99,7 +99,10 @@ Item {
             objectName: "bookGrid"
             interactive: false
             cellWidth: Math.floor(width / 3)
-            cellHeight: Math.round(cellWidth * 1.5) + Math.round(64 * LPcontrols2.Global.dp)
+            // Whole rows fill a page, so that paging never cuts a row in two.
+            readonly property int naturalCellHeight: Math.round(cellWidth * 1.5) + Math.round(68 * LPcontrols2.Global.dp)
+            readonly property int rowsPerPage: Math.max(1, Math.round(height / naturalCellHeight))
+            cellHeight: Math.max(1, Math.ceil(height / rowsPerPage))
             model: view.books
             clip: true
             delegate: BookCard {

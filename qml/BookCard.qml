@@ -12,12 +12,15 @@ Item {
     property bool isAudio: false
     property var groupedUrls: []
     property string info: ""
+    // Two lines of title and the price under the cover.
+    readonly property int textHeight: Math.round(68 * LPcontrols2.Global.dp)
     signal clicked()
 
     CoverWithInfo {
         id: cover
-        width: parent.width
-        height: card.isAudio ? width : Math.round(width * 1.5)
+        // A short cell narrows the cover rather than cut off the title or the price.
+        height: Math.max(0, Math.min(card.isAudio ? card.width : Math.round(card.width * 1.5), card.height - card.textHeight))
+        width: card.isAudio ? height : Math.min(card.width, Math.round(height / 1.5))
         url: card.coverUrl
         title: card.bookTitle
         groupedUrls: card.groupedUrls
@@ -39,6 +42,7 @@ Item {
             color: "black"
         }
         Text {
+            objectName: "gridBookPrice"
             width: parent.width
             text: card.price
             font.pixelSize: Math.round(16 * LPcontrols2.Global.dp)

@@ -75,7 +75,7 @@ Item {
                     model: row.element_model
                     delegate: BookCard {
                         width: BookstoreConstants.thumb_el_by_4_width
-                        height: Math.round(width * 1.5) + Math.round(56 * LPcontrols2.Global.dp)
+                        height: Math.round(width * 1.5) + textHeight
                         bookTitle: model.title
                         price: model.price_with_code !== undefined ? model.price_with_code : ""
                         coverUrl: model.cover_url !== undefined ? model.cover_url : ""

@@ -166,6 +166,7 @@ Window {
         AcquisitionListModel.setModelToUrl(RootListModel.getUrl())
         AcquisitionListModel.setSearchString(text)
         NavigationHistory.pushSearchList(AcquisitionListModel.getUrl())
+        SortModel.setModelToUrl(AcquisitionListModel.getUrl())
         showBooks()
     }
 
@@ -198,6 +199,7 @@ Window {
             break
         case HistoryElementType.NavigateSearchList:
             AcquisitionListModel.setModelToUrl(url)
+            SortModel.setModelToUrl(url)
             showBooks()
             restorePosition(booksView())
             break

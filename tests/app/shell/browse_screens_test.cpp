@@ -30,6 +30,13 @@ TEST(BrowseScreens, FromAHomeRowToABookAndBackHome) {
   ASSERT_TRUE(waitUntil([&] { return visible(window, "grid_view") && !window.texts("gridBookTitle").isEmpty(); }))
       << "the row's books, in the layout a new user has";
   const QString first = window.texts("gridBookTitle").front();
+  QQuickItem *grid = window.shown("bookGrid").front();
+  for (QQuickItem *price : window.shown("gridBookPrice")) {
+    const QQuickItem *title = price->parentItem()->childItems().front();
+    if (title->mapToItem(grid, QPointF(0, 0)).y() >= grid->height()) continue;
+    EXPECT_LE(price->mapToItem(grid, QPointF(0, price->height())).y(), grid->height())
+        << "a book on the page shows its price: " << title->property("text").toString().toStdString();
+  }
   ASSERT_TRUE(waitUntil([&] { return !window.shown("showAsList").isEmpty(); }));
   tap(window.shown("showAsList").front());
   ASSERT_TRUE(
@@ -82,6 +89,9 @@ TEST(BrowseScreens, ASearchBySuggestionToABook) {
   QMetaObject::invokeMethod(books, "getUrl", Q_RETURN_ARG(QString, results));
   EXPECT_TRUE(results.contains("search?q=")) << results.toStdString();
   EXPECT_EQ(window.item("loadingCover")->parentItem()->height(), 0) << "one page of results promises no more";
+  QString sorted;
+  QMetaObject::invokeMethod(window.published("SortModel"), "getUrlById", Q_RETURN_ARG(QString, sorted), Q_ARG(int, 1));
+  EXPECT_TRUE(sorted.contains("search?q=")) << "the results' own sort orders: " << sorted.toStdString();
   const QString first = window.texts("gridBookTitle").front();
   tap(window.shown("gridBookTitle").front());
   ASSERT_TRUE(
